@@ -1,0 +1,32 @@
+# Compiler settings for every target of the project.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+
+# Only what QV_API marks leaves the shared library. Types stay visible so that run-time type
+# information is one object per process; functions and variables are hidden.
+add_compile_options(-fvisibility-ms-compat)
+
+find_program(QUIVER_CCACHE ccache)
+if(QUIVER_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${QUIVER_CCACHE}")
+endif()
+
+# Ours only; the sources of GoogleTest are built without these.
+add_library(quiver_warnings INTERFACE)
+target_compile_options(quiver_warnings INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual
+  -Wconversion -Wsign-conversion -Werror)
+
+if(QUIVER_STATIC_CHECKS)
+  target_compile_options(quiver_warnings INTERFACE -Wthread-safety -Werror=thread-safety)
+endif()
+
+if(QUIVER_SANITIZE)
+  add_compile_options(-fsanitize=${QUIVER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+  add_link_options(-fsanitize=${QUIVER_SANITIZE})
+endif()
+
+find_package(Threads REQUIRED)

@@ -1,0 +1,55 @@
+# One shape for every folder of code.
+#
+#   quiver_module(core)      src/core:      object library quiver_core, test program core_test
+#   quiver_platform(paku)    platform/paku: static library paku, test program paku_test
+#
+# A folder's files are found by their names: *_test.cpp are tests, *_win32.cpp and *_posix.cpp belong
+# to one system, everything else is shared.
+
+include(GoogleTest)
+
+if(WIN32)
+  set(QUIVER_OTHER_SYSTEM "_posix(_test)?\\.cpp$")
+else()
+  set(QUIVER_OTHER_SYSTEM "_win32(_test)?\\.cpp$")
+endif()
+
+# Lists this folder's sources in `sources` and its tests in `tests`.
+function(quiver_sources sources tests)
+  file(GLOB all CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  list(FILTER all EXCLUDE REGEX "${QUIVER_OTHER_SYSTEM}")
+  set(found_tests ${all})
+  list(FILTER all EXCLUDE REGEX "_test\\.cpp$")
+  list(FILTER found_tests INCLUDE REGEX "_test\\.cpp$")
+  set(${sources} ${all} PARENT_SCOPE)
+  set(${tests} ${found_tests} PARENT_SCOPE)
+endfunction()
+
+# Adds a GoogleTest program. Arguments after the name: SOURCES files, LIBRARIES targets.
+function(quiver_test_program name)
+  cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES" ${ARGN})
+  if(NOT QUIVER_BUILD_TESTS OR NOT arg_SOURCES)
+    return()
+  endif()
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} quiver_test_kit GTest::gmock_main quiver_warnings)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60)
+endfunction()
+
+function(quiver_module name)
+  quiver_sources(sources tests)
+  add_library(quiver_${name} OBJECT ${sources})
+  target_include_directories(quiver_${name} PUBLIC
+    "${PROJECT_SOURCE_DIR}/include" "${PROJECT_SOURCE_DIR}/src")
+  target_compile_definitions(quiver_${name} PRIVATE QV_BUILDING_QUIVER)
+  target_link_libraries(quiver_${name} PUBLIC paku vesk Threads::Threads PRIVATE quiver_warnings)
+  quiver_test_program(${name}_test SOURCES ${tests} LIBRARIES quiver_internal)
+endfunction()
+
+function(quiver_platform name)
+  quiver_sources(sources tests)
+  add_library(${name} STATIC ${sources})
+  target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/platform")
+  target_link_libraries(${name} PRIVATE quiver_warnings)
+  quiver_test_program(${name}_test SOURCES ${tests} LIBRARIES ${name})
+endfunction()

@@ -1,0 +1,37 @@
+// Quiver finds the files that an analysis result names: binaries, their symbol files, their
+// sources.
+//
+//   using namespace QV_2_9;
+//   ObjectPtr<IEditableSearchDirContainer> dirs = IEditableSearchDirContainer::create();
+//   dirs->addSearchDir(scAllFiles, L"/home/me/builds", true, true);
+//   ObjectPtr<IEditableSearchEnv> env = IEditableSearchEnv::create();
+//   env->setSearchDirs(dirs);
+//   ObjectPtr<IFileSearch> search = IFileSearch::create(env);
+//   ObjectPtr<IValidFile> file =
+//       search->findSymFile(L"C:\\ci\\app.pdb", L"C:\\ci\\app.exe", nullptr, nullptr, nullptr,
+//       nullptr);
+//   if (file)
+//     open(file->getPath());
+//
+// Start with file_search.h (the questions), search_dirs.h and search_env.h (where to look), and
+// search_results.h (the answers).
+
+#pragma once
+
+#include "quiver/checksum.h"
+#include "quiver/environment_info.h"
+#include "quiver/event_generator.h"
+#include "quiver/export.h"
+#include "quiver/file_search.h"
+#include "quiver/locks.h"
+#include "quiver/messages.h"
+#include "quiver/object.h"
+#include "quiver/ref_count.h"
+#include "quiver/search_callbacks.h"
+#include "quiver/search_dirs.h"
+#include "quiver/search_env.h"
+#include "quiver/search_results.h"
+#include "quiver/status.h"
+#include "quiver/string_container.h"
+#include "quiver/symbol_download.h"
+#include "quiver/validation.h"
