@@ -1,0 +1,17 @@
+// Operations on files as wholes. They return 0 or a system error code.
+
+#pragma once
+
+#include "paku/filename.h"
+
+namespace PAKU_3_1 {
+
+/// Copies a regular file with its modification time. The target appears complete or not at all: the
+/// content is gathered under another name in the target's directory and renamed at the end, and a
+/// failure leaves nothing behind. Without `overwrite` an existing target is an error.
+int copyFile(const Filename& from, const Filename& to, bool overwrite);
+
+/// Creates one directory below an existing one. A directory that is there already is a success.
+int createDirectory(const Filename& directory);
+
+}  // namespace PAKU_3_1

@@ -1,0 +1,69 @@
+// Regular files through their descriptors.
+
+#include <cerrno>
+#include <cstddef>
+#include <string>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <vector>
+
+#include "paku/file.h"
+#include "paku/md5.h"
+#include "paku/native_path_posix.h"
+#include "paku/regular_file_posix.h"
+
+namespace PAKU_3_1 {
+namespace {
+
+constexpr std::size_t kChunk = 256 * 1024;
+
+/// pread that goes on after a signal.
+ssize_t readAt(int fd, std::vector<char>& buffer, off_t offset) {
+  ssize_t count;
+  do count = pread(fd, buffer.data(), buffer.size(), offset);
+  while (count < 0 && errno == EINTR);
+  return count;
+}
+
+}  // namespace
+
+File::File(const Filename& filename) {
+  std::string path;
+  internal::FileDescriptor file;
+  struct stat status {};
+  const bool isPath = internal::nativePath(filename.text().text(), path);
+  m_status = isPath ? internal::openRegularFile(path, file, status) : ENOENT;
+  m_handle = file.release();
+}
+
+File::~File() {
+  if (m_handle >= 0)
+    close(static_cast<int>(m_handle));
+}
+
+String File::md5checksum() {
+  if (m_status != 0)
+    return {};
+  internal::Md5 md5;
+  std::vector<char> buffer(kChunk);
+  off_t offset = 0;
+  while (const ssize_t count = readAt(static_cast<int>(m_handle), buffer, offset)) {
+    if (count < 0)
+      return {};
+    md5.add(buffer.data(), static_cast<std::size_t>(count));
+    offset += count;
+  }
+  return md5.finish();
+}
+
+FileModifiable::FileModifiable(const Filename& filename, bool writable) {
+  std::string path;
+  struct stat status {};
+  if (!writable || !internal::nativePath(filename.text().text(), path) ||
+      stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode) || status.st_mode & S_IWUSR)
+    return;
+  // A failure shows when the file is written.
+  static_cast<void>(chmod(path.c_str(), (status.st_mode & 07777) | S_IWUSR));
+}
+
+}  // namespace PAKU_3_1
