@@ -1,3 +1,5 @@
+// See search_results.h.
+
 #include "search/search_results.h"
 
 #include <utility>

@@ -1,0 +1,119 @@
+// See found_files_lazy_iterator.h.
+
+#include "search/found_files_lazy_iterator.h"
+
+#include <iterator>
+
+#include "paku/file_info.h"
+#include "paku/filename.h"
+
+#include "core/trace.h"
+#include "os/path_utils.h"
+#include "search/search_step.h"
+#include "search/trace_lines.h"
+
+namespace QV_2_9 {
+
+namespace {
+
+bool exists(const wchar_t* path) {
+  PAKU_3_1::FileInfo info;
+  return PAKU_3_1::fileInfo(PAKU_3_1::Filename(PAKU_3_1::String(path), 0, false), 0, info) == 0;
+}
+
+}  // namespace
+
+std::size_t FoundFilesLazyIterator::HashIgnoreCase::operator()(const wchar_t* path) const {
+  return internal::hashIgnoreCase(path);
+}
+
+bool FoundFilesLazyIterator::EqualIgnoreCase::operator()(const wchar_t* a, const wchar_t* b) const {
+  return compareIgnoreCase(a, b) == 0;
+}
+
+FoundFilesLazyIterator::FoundFilesLazyIterator(IFileSearchStrategy& strategy,
+                                               IValidatorInternal& validator)
+    : m_strategy(strategy),
+      m_validator(validator),
+      m_validFilesIterator(m_validFiles),
+      m_invalidFilesIterator(m_invalidFiles),
+      m_cursor(m_validFiles.begin()) {}
+
+void FoundFilesLazyIterator::addSuggestedResolution(const wchar_t* path) {
+  bool ignored = false;
+  addFoundFile(path, static_cast<std::uint32_t>(kSuggestedResolutionStep), ignored);
+}
+
+void FoundFilesLazyIterator::reset() {
+  m_cursor = m_validFiles.begin();
+}
+
+ObjectPtr<IValidFile> FoundFilesLazyIterator::next() {
+  vesk_1_8::Trace trace(internal::traceChannel());
+  trace.init("QV_2_9::FoundFilesLazyIterator::next");
+  while (m_cursor == m_validFiles.end()) {
+    if (m_step > ssLowPrioritySearchDirs) {
+      QV_TRACE(trace, internal::kLineNothingFoundInSteps) << "Nothing found";
+      return nullptr;
+    }
+    runStep();
+    ++m_step;  // only now: a step that throws runs again on the next call
+  }
+  // Intended: the step named is the last one that ran, not the file's own.
+  QV_TRACE(trace, internal::kLineFoundFile)
+      << "Found file: " << (*m_cursor)->getPath()
+      << " in step: " << searchStepToString(static_cast<search_step_t>(m_step - 1));
+  return *m_cursor++;
+}
+
+void FoundFilesLazyIterator::runStep() {
+  switch (m_step) {
+    case ssArchiveSearchDirs:
+      return m_strategy.searchArchiveDirs(*this);
+    case ssHighPrioritySearchDirs:
+      return m_strategy.searchHighPriorityDirs(*this);
+    case ssAbsoluteNameLookup:
+      m_strategy.lookupAbsoluteName(*this);
+      return;
+    case ssSystemDirs:
+      return m_strategy.searchSystemDirs(*this);
+    case ssAroundBinaryLookup:
+      return m_strategy.lookupAroundBinary(*this);
+    default:
+      return m_strategy.searchLowPriorityDirs(*this);
+  }
+}
+
+bool FoundFilesLazyIterator::addFoundFile(const wchar_t* path, std::uint32_t step, bool& stop) {
+  stop = false;
+  if (!path || !exists(path))
+    return false;
+  // Validation comes before the duplicate tests: a duplicate is one of a list, and only the verdict
+  // says which. A file may thus stand in both lists.
+  const ObjectPtr<IValidatedFile> validated = m_validator.validateInStep(path, step);
+  if (!validated)
+    return false;
+  if (const ObjectPtr<IValidFile> valid = validated->getValidFile())
+    return addValidFile(valid, stop);
+  if (const ObjectPtr<IInvalidFile> invalid = validated->getInvalidFile())
+    addInvalidFile(invalid);
+  return false;
+}
+
+bool FoundFilesLazyIterator::addValidFile(const ObjectPtr<IValidFile>& file, bool& stop) {
+  if (m_validPaths.contains(file->getPath()))
+    return false;
+  m_validFiles.push_back(file);
+  m_validPaths.insert(file->getPath());
+  if (m_cursor == m_validFiles.end())
+    m_cursor = std::prev(m_validFiles.end());
+  stop = file->getConfidenceLevel() == 0;
+  return true;
+}
+
+void FoundFilesLazyIterator::addInvalidFile(const ObjectPtr<IInvalidFile>& file) {
+  if (m_invalidPaths.insert(file->getPath()).second)
+    m_invalidFiles.push_back(file);
+}
+
+}  // namespace QV_2_9
