@@ -44,6 +44,9 @@ IOSSpecificRoutines* getOSSpecificRoutines();
 
 namespace internal {
 
+/// Returns this system's own object, whatever a test has put in its place.
+IOSSpecificRoutines& systemRoutines();
+
 /// Replaces what `getOSSpecificRoutines` returns, for tests; null puts the system's own back. No
 /// search may be running.
 void setOSSpecificRoutinesForTest(IOSSpecificRoutines* routines);
