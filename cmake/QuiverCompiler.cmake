@@ -22,10 +22,13 @@ target_compile_options(quiver_warnings INTERFACE
 
 if(QUIVER_STATIC_CHECKS)
   target_compile_options(quiver_warnings INTERFACE -Wthread-safety -Werror=thread-safety)
+  find_program(QUIVER_CLANG_TIDY clang-tidy REQUIRED)
+  set(CMAKE_CXX_CLANG_TIDY "${QUIVER_CLANG_TIDY}" --quiet)
 endif()
 
 if(QUIVER_SANITIZE)
-  add_compile_options(-fsanitize=${QUIVER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+  add_compile_options(
+    -fsanitize=${QUIVER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
   add_link_options(-fsanitize=${QUIVER_SANITIZE})
 endif()
 
