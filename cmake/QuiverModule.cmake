@@ -32,7 +32,8 @@ function(quiver_test_program name)
     return()
   endif()
   add_executable(${name} ${arg_SOURCES})
-  target_link_libraries(${name} PRIVATE ${arg_LIBRARIES} quiver_test_kit GTest::gmock_main quiver_warnings)
+  # The kit before the libraries: its callbacks need the library, where a program links it.
+  target_link_libraries(${name} PRIVATE quiver_test_kit ${arg_LIBRARIES} GTest::gmock_main quiver_warnings)
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60)
 endfunction()
 
