@@ -31,6 +31,7 @@
 #include "quiver/search_dirs.h"
 #include "quiver/search_env.h"
 #include "quiver/search_results.h"
+#include "quiver/source_file_validators.h"
 #include "quiver/status.h"
 #include "quiver/string_container.h"
 #include "quiver/symbol_download.h"
