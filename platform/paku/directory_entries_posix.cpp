@@ -1,0 +1,57 @@
+// Paths relative to an open directory, in pieces that the system takes.
+
+#include "paku/directory_entries_posix.h"
+
+#include <climits>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace PAKU_3_1::internal {
+namespace {
+
+/// The end of a path and the directory it is relative to.
+struct Place {
+  FileDescriptor holder;  // of the directory, unless it is the one that the path began in
+  int directory;
+  std::string path;
+};
+
+/// Goes down until the rest of the path is short enough. On failure `directory` is -1.
+Place reach(int start, std::string_view below) {
+  Place place{FileDescriptor(), start, {}};
+  while (below.size() >= PATH_MAX) {
+    const std::size_t cut = below.rfind('/', PATH_MAX - 1);
+    const std::string piece(below.substr(0, cut));
+    if (cut == std::string_view::npos)
+      return {FileDescriptor(), -1, {}};
+    place.holder =
+        FileDescriptor(openat(place.directory, piece.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (!place.holder)
+      return {FileDescriptor(), -1, {}};
+    place.directory = place.holder.get();
+    below.remove_prefix(cut + 1);
+  }
+  place.path = below.empty() ? "." : below;
+  return place;
+}
+
+}  // namespace
+
+FileDescriptor openDirectoryBelow(int start, std::string_view below, bool followLink) {
+  const Place place = reach(start, below);
+  if (place.directory == -1)
+    return {};
+  const int link = followLink ? 0 : O_NOFOLLOW;
+  return FileDescriptor(openat(
+      place.directory, place.path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK | link));
+}
+
+EntryKind kindBelow(int start, std::string_view below) {
+  const Place place = reach(start, below);
+  struct stat status {};
+  if (place.directory == -1 || fstatat(place.directory, place.path.c_str(), &status, 0) != 0)
+    return EntryKind::kNothing;
+  return S_ISDIR(status.st_mode) ? EntryKind::kDirectory : EntryKind::kFile;
+}
+
+}  // namespace PAKU_3_1::internal
