@@ -6,8 +6,8 @@
 
 namespace QV_2_9 {
 
-/// Holds the callback class's lock in shared mode while there is a callback to call, so that the
-/// callback cannot go; without a callback it holds nothing.
+/// Holds the callback class's lock in shared mode from construction to `release` or destruction, so
+/// that the callback cannot go. Over an empty holder it holds nothing.
 ///
 ///   LockedCallback<IFilesFoundCallback> callback(env->getFilesFoundCallback());
 ///   if (callback)
@@ -23,8 +23,6 @@ class LockedCallback final {
       m_lock->lockShared();
     // The callback may have gone while the lock was waited for.
     m_callback = holder.getCallback();
-    if (!m_callback)
-      release();
   }
   ~LockedCallback() { release(); }
 

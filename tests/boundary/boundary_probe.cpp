@@ -1,5 +1,5 @@
-// Makes the compiler lay out public classes. Compiled only, for a target with 32-bit pointers and
-// the binary interface of Windows; never linked.
+// Makes the compiler lay out public classes. Compiled only, for a target with 32-bit pointers and the
+// binary interface of Windows; never linked.
 //
 // check_layout.py appends `template struct Derived<X>;` for each listed class X that is not named
 // here: a class is laid out when something derives from it and has a constructor.
