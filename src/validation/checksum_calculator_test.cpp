@@ -92,7 +92,7 @@ TEST(ChecksumCalculator, IsMadeAnewAfterTheLastReference) {
   ObjectPtr<IChecksumCalculator> calculator = IChecksumCalculator::create();
   calculator = nullptr;
   calculator = IChecksumCalculator::create();
-  // A dangling singleton would count on from the dead object's references.
+  // Anything but a new object would be freed memory here.
   EXPECT_EQ(calculator->addRef(), 2u);
   calculator->release();
   EXPECT_TRUE(calculator->calculate(file.c_str(), ctMD5));

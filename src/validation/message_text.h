@@ -5,7 +5,6 @@
 #include <string>
 
 #include "messages/msg_container.h"
-#include "os/path_utils.h"
 #include "quiver/object.h"
 
 namespace QV_2_9::internal {
@@ -18,7 +17,7 @@ std::wstring messageText(const ObjectPtr<Message>& message, const wchar_t* key, 
   if (message)
     fill(*message, container);
   const wchar_t* text = container.getMessage();
-  return isEmpty(text) ? key : text;
+  return text ? text : key;
 }
 
 }  // namespace QV_2_9::internal

@@ -46,6 +46,32 @@ TEST(ValidatorSpecialFiles, UnreadableFileTakesItsOwnMessage) {
   EXPECT_THAT(errorInfo.calls(), ElementsAre(L"code 0", L"text locked"));
 }
 
+TEST(ValidatorSpecialFiles, LinkToAFileIsAFile) {
+  TempTree tree;
+  RecordingConfidenceLevelPolicy policy;
+  Validator validator(nullptr, policy, scBinaryFiles);
+  tree.addFile("a.so");
+  const std::wstring link = tree.addLink("link.so", "a.so");
+  EXPECT_THAT(validator.validate(link.c_str())->getValidFile(), IsValidFile(link, 1, 7));
+}
+
+TEST(ValidatorSpecialFiles, LinkToADirectoryIsADirectory) {
+  TempTree tree;
+  RecordingConfidenceLevelPolicy policy;
+  Validator validator(nullptr, policy, scBinaryFiles);
+  tree.addDirectory("dir");
+  EXPECT_THAT(validator.validate(tree.addLink("link", "dir").c_str())->getInvalidFile(),
+              IsInvalidFile(ecUnusable, L"%FileIsDirectory"));
+}
+
+TEST(ValidatorSpecialFiles, DanglingLinkDoesNotExist) {
+  TempTree tree;
+  RecordingConfidenceLevelPolicy policy;
+  Validator validator(nullptr, policy, scBinaryFiles);
+  EXPECT_THAT(validator.validate(tree.addLink("link", "missing").c_str())->getInvalidFile(),
+              IsInvalidFile(ecUnusable, L"%FileDoesNotExist"));
+}
+
 TEST(ValidatorSpecialFiles, NameThatIsNoTextStaysUsable) {
   TempTree tree;
   RecordingConfidenceLevelPolicy policy;

@@ -214,17 +214,6 @@ TEST_F(ValidatorTest, DirectoryIsRejectedBeforeTheCheck) {
   EXPECT_THAT(check.paths(), IsEmpty());
 }
 
-TEST_F(ValidatorTest, LinkToAFileIsThatFile) {
-  m_tree.addFile("a.cpp");
-  const std::wstring link = m_tree.addLink("link.cpp", "a.cpp");
-  EXPECT_THAT(verdict(nullptr, link)->getValidFile(), IsValidFile(link, 1, 3));
-}
-
-TEST_F(ValidatorTest, DanglingLinkDoesNotExist) {
-  EXPECT_THAT(verdict(nullptr, m_tree.addLink("link", "missing"))->getInvalidFile(),
-              IsInvalidFile(ecUnusable, L"%FileDoesNotExist"));
-}
-
 // The state checks write the code, then the text.
 
 class StateChecks : public ValidatorTest {
