@@ -1,0 +1,50 @@
+// What the user asked for, read from the command line.
+
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "quiver/search_dirs.h"
+#include "search_directory.h"
+
+namespace quiver_tool {
+
+/// How a run ends.
+enum ExitStatus : int {
+  kExitFound = 0,     ///< Also after help and version texts.
+  kExitNotFound = 1,  ///< The search ran and no file was found.
+  kExitFailure = 2,   ///< A usage error, or output that could not be written.
+};
+
+struct FindOptions {
+  QV_2_9::search_category_t category = QV_2_9::scBinaryFiles;
+  std::wstring name;
+  std::vector<SearchDirectory> directories;
+  std::vector<std::wstring> archives;
+  std::optional<std::wstring> binary;
+  std::optional<std::wstring> md5;
+  std::optional<std::wstring> suggestion;
+  std::optional<std::int32_t> osType;
+  bool isAll = false;
+  bool isJson = false;
+  bool isVerbose = false;
+};
+
+/// A text to print and leave with: help, version, or a usage error.
+struct Answer {
+  int status = kExitFound;
+  std::string out;
+  std::string err;
+};
+
+struct CommandLine {
+  std::optional<Answer> answer;  ///< When set, there is nothing to find.
+  FindOptions find;
+};
+
+CommandLine parseCommandLine(int argc, const char* const* argv);
+
+}  // namespace quiver_tool

@@ -1,0 +1,49 @@
+// The texts that teach the program by example; they stand below the option lists of --help.
+
+#pragma once
+
+#include "quiver/search_dirs.h"
+
+namespace quiver_tool {
+
+inline constexpr const char* kProgramDescription =
+    "quiver finds the files that an analysis result names: binaries, their symbol files, their\n"
+    "sources. It looks for a name that was recorded on another machine in the directories that "
+    "you\n"
+    "give, step by step, and prints the path of the first file that passes every check.\n";
+
+inline constexpr const char* kProgramExamples =
+    "Examples:\n"
+    "  quiver find bin 'C:\\build\\out\\app.exe' -d ~/builds,recursive\n"
+    "  quiver find sym app.debug --binary ~/builds/app\n"
+    "  quiver find src /ci/work/lib/parse.c -d ~/checkout --md5 9e107d9d372bb6826bd81d3542a419d6\n"
+    "\n"
+    "See 'quiver find --help' and 'quiver find sym --help'; the manual is quiver(1).\n";
+
+inline constexpr const char* kFindDescription = "Finds a file by its recorded name.";
+
+inline constexpr const char* kFindExamples =
+    "The path goes to standard output, everything else to standard error.\n"
+    "Exit status: 0 found, 1 not found, 2 usage or output error.\n"
+    "\n"
+    "The steps, in this order, until a file is found:\n"
+    "  1  archive directories         --archive\n"
+    "  2  high-priority directories   --dir PATH,high\n"
+    "  3  the recorded name itself\n"
+    "  4  system directories          search path, library and symbol directories\n"
+    "  5  around the binary           --binary\n"
+    "  6  low-priority directories    --dir PATH\n"
+    "\n"
+    "Examples:\n"
+    "  quiver find bin libparse.so -d /opt/product,recursive\n"
+    "  quiver find src 'C:\\ci\\lib\\parse.c' -d ~/checkout -d ~/old,recursive --all -v\n"
+    "\n"
+    "See 'quiver find bin --help', 'quiver find sym --help', 'quiver find src --help'.\n";
+
+/// Returns the description of `quiver find bin`, `sym` or `src`.
+const char* kindDescription(QV_2_9::search_category_t category);
+
+/// Returns the text below its options.
+const char* kindExamples(QV_2_9::search_category_t category);
+
+}  // namespace quiver_tool

@@ -1,0 +1,121 @@
+#include "lookup.h"
+
+#include <filesystem>
+#include <system_error>
+
+#include "lookup_callbacks.h"
+#include "quiver/quiver.h"
+#include "text_encoding.h"
+
+namespace quiver_tool {
+namespace {
+
+using QV_2_9::IChecksum;
+using QV_2_9::IChecksumCalculator;
+using QV_2_9::IEditableEnvironmentInfo;
+using QV_2_9::IEditableSearchDirContainer;
+using QV_2_9::IEditableSearchEnv;
+using QV_2_9::IFileSearch;
+using QV_2_9::IValidatorCallback;
+
+const wchar_t* orNull(const std::optional<std::wstring>& text) {
+  return text ? text->c_str() : nullptr;
+}
+
+ObjectPtr<IEditableSearchDirContainer> searchDirs(const FindOptions& options) {
+  ObjectPtr<IEditableSearchDirContainer> dirs = IEditableSearchDirContainer::create();
+  for (const SearchDirectory& dir : options.directories)
+    dirs->addSearchDir(dir.category, dir.path.c_str(), dir.isRecursive, dir.isHighPriority);
+  return dirs;
+}
+
+ObjectPtr<IEditableSearchDirContainer> archiveDirs(const FindOptions& options) {
+  ObjectPtr<IEditableSearchDirContainer> dirs = IEditableSearchDirContainer::create();
+  for (const std::wstring& path : options.archives)
+    dirs->addSearchDir(options.category, path.c_str(), true, true);
+  return dirs;
+}
+
+ObjectPtr<IEditableSearchEnv> environment(const FindOptions& options) {
+  ObjectPtr<IEditableSearchEnv> env = IEditableSearchEnv::create();
+  env->setSearchDirs(searchDirs(options));
+  env->setArchiveSearchDirs(archiveDirs(options));
+  if (options.osType) {
+    ObjectPtr<IEditableEnvironmentInfo> info = IEditableEnvironmentInfo::create();
+    info->setOSType(*options.osType);
+    env->setEnvironmentInfo(info);
+  }
+  return env;
+}
+
+ObjectPtr<IChecksum> expectedChecksum(const FindOptions& options) {
+  if (!options.md5)
+    return nullptr;
+  return IChecksumCalculator::create()->createChecksum(QV_2_9::ctMD5, options.md5->c_str());
+}
+
+ObjectPtr<IValidFile> ask(IFileSearch& search,
+                          const FindOptions& options,
+                          IValidatorCallback& check) {
+  const wchar_t* name = options.name.c_str();
+  const wchar_t* binary = orNull(options.binary);
+  const wchar_t* suggestion = orNull(options.suggestion);
+  switch (options.category) {
+    case QV_2_9::scSymbolFiles:
+      return search.findSymFile(name, binary, nullptr, &check, suggestion, nullptr);
+    case QV_2_9::scSourceFiles:
+      return search.findSrcFile(name, binary, nullptr, &check, suggestion);
+    default:
+      return search.findBinFile(name, &check, suggestion);
+  }
+}
+
+// A symbol server stands in the list of directories without being one.
+bool isServer(const std::wstring& path) {
+  return path.starts_with(L"srv*") || path.starts_with(L"symsrv*");
+}
+
+bool isDirectory(const std::wstring& path) {
+  std::error_code ignored;
+  return std::filesystem::is_directory(toNativePath(path), ignored);
+}
+
+std::vector<std::wstring> missingDirectories(const FindOptions& options) {
+  std::vector<std::wstring> missing;
+  for (const std::wstring& path : options.archives) {
+    if (!isDirectory(path))
+      missing.push_back(path);
+  }
+  for (const SearchDirectory& dir : options.directories) {
+    const bool isUsed = dir.category == options.category || dir.category == QV_2_9::scAllFiles;
+    if (isUsed && !isServer(dir.path) && !isDirectory(dir.path))
+      missing.push_back(dir.path);
+  }
+  return missing;
+}
+
+bool isSuggestionMissing(const FindOptions& options) {
+  std::error_code ignored;
+  return options.suggestion && !std::filesystem::exists(toNativePath(*options.suggestion), ignored);
+}
+
+}  // namespace
+
+Outcome lookUp(const FindOptions& options) {
+  Outcome outcome;
+  ChoosingCallback choosing(options.isAll);
+  ShowingCallback showing(choosing, outcome);
+  ObjectPtr<IEditableSearchEnv> env = environment(options);
+  env->setFilesFoundCallback(&choosing);
+  env->setNoFilesFoundCallback(&showing);
+
+  QV_2_9::ChecksumValidator check(options.category, expectedChecksum(options));
+  const ObjectPtr<IFileSearch> search = IFileSearch::create(env);
+  if (const ObjectPtr<IValidFile> file = ask(*search, options, check))
+    outcome.found = toFoundFile(*file);
+  outcome.missingDirectories = missingDirectories(options);
+  outcome.isSuggestionMissing = isSuggestionMissing(options);
+  return outcome;
+}
+
+}  // namespace quiver_tool

@@ -1,0 +1,40 @@
+// One lookup through the library, with everything that it showed on the way.
+
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "command_line.h"
+
+namespace quiver_tool {
+
+struct FoundFile {
+  std::wstring path;
+  std::int32_t step = 0;
+  std::int32_t confidence = 0;
+};
+
+struct RejectedFile {
+  std::wstring path;
+  std::int32_t step = 0;
+  std::int32_t code = 0;
+  std::wstring
+      message;  ///< A catalogue key such as "%CantOpenFile"; empty when no reason was given.
+};
+
+struct Outcome {
+  std::optional<FoundFile> found;
+  std::vector<FoundFile> candidates;  ///< Every valid file seen, in the order found.
+  std::vector<RejectedFile> rejected;
+  std::vector<std::wstring> missingDirectories;  ///< Given for this kind of file, but no directory.
+  bool isSuggestionMissing = false;
+};
+
+/// Looks for the file. The first valid file is the answer; with `isAll` the remaining steps run
+/// too.
+Outcome lookUp(const FindOptions& options);
+
+}  // namespace quiver_tool

@@ -1,0 +1,43 @@
+// quiver: finds the files that an analysis result names. See quiver(1).
+
+#include <exception>
+#include <string>
+
+#include "command_line.h"
+#include "lookup.h"
+#include "report.h"
+#include "standard_streams.h"
+
+namespace {
+
+using namespace quiver_tool;
+
+Answer run(int argc, const char* const* argv) {
+  const CommandLine line = parseCommandLine(argc, argv);
+  if (line.answer)
+    return *line.answer;
+  const Outcome outcome = lookUp(line.find);
+  const Report report = makeReport(line.find, outcome);
+  return {outcome.found ? kExitFound : kExitNotFound, report.out, report.err};
+}
+
+int print(const Answer& answer) {
+  writeDiagnostics(answer.err);
+  const std::string complaint = writeOutput(answer.out);
+  if (complaint.empty())
+    return answer.status;
+  writeDiagnostics("quiver: cannot write the result: " + complaint + "\n");
+  return kExitFailure;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    prepareStandardStreams();
+    return print(run(argc, argv));
+  } catch (const std::exception& error) {
+    writeDiagnostics(std::string("quiver: ") + error.what() + "\n");
+    return kExitFailure;
+  }
+}

@@ -1,0 +1,106 @@
+// Wrong command lines and the texts that teach, as the built program prints them.
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "run_program.h"
+
+namespace quiver_tool {
+namespace {
+
+using testing::AllOf;
+using testing::HasSubstr;
+
+constexpr const char* kSomeMd5 = "9e107d9d372bb6826bd81d3542a419d6";
+
+struct UsageRow {
+  const char* name;
+  std::vector<std::string> arguments;
+  const char* complaint;
+};
+
+void PrintTo(const UsageRow& row, std::ostream* out) {
+  *out << row.name;
+}
+
+class Usage : public testing::TestWithParam<UsageRow> {};
+
+TEST_P(Usage, IsRefusedWithAReason) {
+  const RunResult run = runProgram(GetParam().arguments);
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.out, "");
+  EXPECT_THAT(run.err, HasSubstr(GetParam().complaint));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Program,
+    Usage,
+    testing::Values(
+        UsageRow{"NoArguments", {}, "Examples:\n  quiver find bin"},
+        UsageRow{"NoKind", {"find"}, "The steps, in this order"},
+        UsageRow{"NoName", {"find", "sym"}, "NAME is required\nTry 'quiver find sym --help'.\n"},
+        UsageRow{"EmptyName", {"find", "sym", ""}, "NAME must not be empty"},
+        UsageRow{"TwoNames", {"find", "sym", "a", "b"}, "not expected: b"},
+        UsageRow{"UnknownCommand", {"look"}, "'look' is not a command; the command is 'find'"},
+        UsageRow{"UnknownKind", {"find", "lib", "a"}, "'lib' is no kind of file"},
+        UsageRow{"UnknownOption", {"find", "src", "a", "--deep"}, "not expected: --deep"},
+        UsageRow{"UnknownFlag", {"find", "src", "a", "-d", "/x,recurse"}, "unknown flag 'recurse'"},
+        UsageRow{"NoDirectory", {"find", "src", "a", "-d"}, "--dir"},
+        UsageRow{"EmptyDirectory", {"find", "src", "a", "-d", ""}, "names no directory"},
+        UsageRow{
+            "EmptyArchive", {"find", "src", "a", "--archive", ""}, "--archive must not be empty"},
+        UsageRow{"EmptyBinary", {"find", "src", "a", "--binary", ""}, "--binary must not be empty"},
+        UsageRow{"EmptySuggestion",
+                 {"find", "src", "a", "--suggest", ""},
+                 "--suggest must not be empty"},
+        UsageRow{"BinaryOfABinary", {"find", "bin", "a", "--binary", "b"}, "not expected"},
+        UsageRow{"ShortMd5", {"find", "src", "a", "--md5", "12"}, "this text has 2 characters"},
+        UsageRow{"BadMd5",
+                 {"find", "src", "a", "--md5", "9e107d9d372bb6826bd81d3542a419dx"},
+                 "'x' at position 32"},
+        UsageRow{"Md5Twice", {"find", "src", "a", "--md5", kSomeMd5, "--md5", kSomeMd5}, "--md5"}),
+    [](const auto& test) { return test.param.name; });
+
+struct HelpRow {
+  const char* name;
+  std::vector<std::string> arguments;
+  const char* example;
+};
+
+void PrintTo(const HelpRow& row, std::ostream* out) {
+  *out << row.name;
+}
+
+class Help : public testing::TestWithParam<HelpRow> {};
+
+TEST_P(Help, TeachesByExample) {
+  const RunResult run = runProgram(GetParam().arguments);
+  EXPECT_EQ(run.status, 0);
+  EXPECT_THAT(run.out, AllOf(HasSubstr("Examples:\n"), HasSubstr(GetParam().example)));
+  EXPECT_EQ(run.err, "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Program,
+    Help,
+    testing::Values(
+        HelpRow{"OfTheProgram", {"--help"}, "quiver find bin 'C:\\build\\out\\app.exe'"},
+        HelpRow{"OfFind", {"find", "--help"}, "quiver find bin libparse.so"},
+        HelpRow{
+            "OfBinaries", {"find", "bin", "--help"}, "quiver find bin 'C:\\build\\out\\app.exe'"},
+        HelpRow{"OfSymbols", {"find", "sym", "--help"}, "quiver find sym app.debug --binary"},
+        HelpRow{"OfSources", {"find", "src", "-h"}, "quiver find src parse.c"}),
+    [](const auto& test) { return test.param.name; });
+
+TEST(Version, IsThatOfTheProject) {
+  const RunResult run = runProgram({"--version"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.out, "quiver " QUIVER_VERSION "\n");
+}
+
+}  // namespace
+}  // namespace quiver_tool

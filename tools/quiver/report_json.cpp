@@ -1,0 +1,72 @@
+// The JSON form of an outcome. Bytes of file names that are not UTF-8 are replaced by U+FFFD.
+
+#include <nlohmann/json.hpp>
+
+#include "report.h"
+#include "text_encoding.h"
+#include "words.h"
+
+namespace quiver_tool {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr int kIndent = 2;
+
+Json text(const std::wstring& value) {
+  return toBytes(value);
+}
+
+Json toJsonObject(const FoundFile& file) {
+  return {{"path", text(file.path)},
+          {"step", file.step},
+          {"step_text", stepWords(file.step)},
+          {"confidence", file.confidence},
+          {"confidence_text", confidenceWords(file.confidence)}};
+}
+
+Json toJsonObject(const RejectedFile& file) {
+  return {{"path", text(file.path)},
+          {"step", file.step},
+          {"step_text", stepWords(file.step)},
+          {"code", file.code},
+          {"code_text", codeWords(file.code)},
+          {"message", text(file.message)},
+          {"reason", reasonWords(file.message)}};
+}
+
+template <class File>
+Json toJsonArray(const std::vector<File>& files) {
+  Json array = Json::array();
+  for (const File& file : files) array.push_back(toJsonObject(file));
+  return array;
+}
+
+const char* kindWord(QV_2_9::search_category_t category) {
+  switch (category) {
+    case QV_2_9::scSymbolFiles:
+      return "sym";
+    case QV_2_9::scSourceFiles:
+      return "src";
+    default:
+      return "bin";
+  }
+}
+
+}  // namespace
+
+std::string toJson(const FindOptions& options, const Outcome& outcome) {
+  Json document;
+  document["kind"] = kindWord(options.category);
+  document["name"] = text(options.name);
+  document["found"] = outcome.found ? toJsonObject(*outcome.found) : Json();
+  document["candidates"] = toJsonArray(outcome.candidates);
+  document["rejected"] = toJsonArray(outcome.rejected);
+  document["missing_directories"] = Json::array();
+  for (const std::wstring& path : outcome.missingDirectories)
+    document["missing_directories"].push_back(text(path));
+  document["message"] = outcome.found ? Json() : Json(notFoundSentence(options, outcome));
+  return document.dump(kIndent, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace quiver_tool

@@ -1,0 +1,26 @@
+// Bytes of the command line and of the output <-> the wide text of the library.
+//
+// Bytes that are not UTF-8 become the code points U+DC80 to U+DCFF and turn back into the same
+// bytes, as the library does with file names: any file name makes the round trip.
+
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace quiver_tool {
+
+std::wstring toWide(std::string_view bytes);
+
+/// What no file name can hold (a lone surrogate that stands for no byte, a value past the last code
+/// point) becomes U+FFFD.
+std::string toBytes(std::wstring_view text);
+
+/// Returns the text as a path that the standard file library opens under that very name.
+std::filesystem::path toNativePath(std::wstring_view text);
+
+/// Returns the bytes with control characters spelled out (a line feed as "\x0a"), for a terminal.
+std::string escapeControls(std::string_view bytes);
+
+}  // namespace quiver_tool

@@ -1,0 +1,87 @@
+#include "words.h"
+
+#include "quiver/search_results.h"
+#include "quiver/validation.h"
+#include "text_encoding.h"
+
+namespace quiver_tool {
+namespace {
+
+struct Reason {
+  const wchar_t* key;
+  const char* words;
+};
+
+constexpr Reason kReasons[] = {
+    {L"%FileDoesNotExist", "does not exist"},
+    {L"%FileIsDirectory", "is a directory"},
+    {L"%CantOpenFile", "cannot be opened"},
+    {L"%ChecksumMismatch", "has another checksum"},
+    {L"%ModificationTimeOrSizeMismatch", "has another modification time or size"},
+    {L"%SourceFileUpToDate", "is newer than the binary"},
+};
+
+}  // namespace
+
+const char* categoryWords(QV_2_9::search_category_t category) {
+  switch (category) {
+    case QV_2_9::scBinaryFiles:
+      return "binary";
+    case QV_2_9::scSymbolFiles:
+      return "symbol file";
+    case QV_2_9::scSourceFiles:
+      return "source file";
+    default:
+      return "file";
+  }
+}
+
+const char* stepWords(std::int32_t step) {
+  switch (step) {
+    case QV_2_9::ssArchiveSearchDirs:
+      return "archive directories";
+    case QV_2_9::ssHighPrioritySearchDirs:
+      return "high-priority directories";
+    case QV_2_9::ssAbsoluteNameLookup:
+      return "the recorded name itself";
+    case QV_2_9::ssSystemDirs:
+      return "system directories";
+    case QV_2_9::ssAroundBinaryLookup:
+      return "around the binary";
+    case QV_2_9::ssLowPrioritySearchDirs:
+      return "low-priority directories";
+    case QV_2_9::kSuggestedResolutionStep:
+      return "suggested path";
+    default:
+      return "unknown step";
+  }
+}
+
+const char* confidenceWords(std::int32_t confidence) {
+  return confidence == 0 ? "confirmed" : "not contradicted";
+}
+
+const char* codeWords(std::int32_t code) {
+  switch (code) {
+    case QV_2_9::ecUnusable:
+      return "unusable";
+    case QV_2_9::ecSourceMismatch:
+      return "the source differs";
+    case QV_2_9::ecNotSet:
+      return "no code";
+    default:
+      return "code of the check";
+  }
+}
+
+std::string reasonWords(const std::wstring& message) {
+  if (message.empty())
+    return "was rejected without a reason";
+  for (const Reason& reason : kReasons) {
+    if (message == reason.key)
+      return reason.words;
+  }
+  return "was rejected with \"" + toBytes(message) + "\"";
+}
+
+}  // namespace quiver_tool
