@@ -1,0 +1,3 @@
+#pragma once
+
+int day_of_year(void);

@@ -1,0 +1,4 @@
+#pragma once
+
+void print_heading(const char* title, int day);
+void print_row(const char* name, int boxes);
