@@ -97,22 +97,40 @@ using AllKinds = KindList<BinChecksum,
                           InvalidSymbolFile,
                           ArchMismatch>;
 
-// Implements the form with and the form without a detail; tells when it dies.
+// Tells when it dies.
 template <class Interface>
-class Message final : public RefCountImpl<Interface> {
- public:
-  explicit Message(std::function<void()> onDeath = {}) : m_onDeath(std::move(onDeath)) {}
-  ~Message() override {
+class MortalMessage : public RefCountImpl<Interface> {
+ protected:
+  explicit MortalMessage(std::function<void()> onDeath) : m_onDeath(std::move(onDeath)) {}
+  ~MortalMessage() override {
     if (m_onDeath)
       m_onDeath();
   }
-  void formatMessage(IMsgContainer& container, const wchar_t* detail) {
-    container.setMessage(detail);
-  }
-  void formatMessage(IMsgContainer& container) { container.setMessage(L"text"); }
 
  private:
   std::function<void()> m_onDeath;
+};
+
+// Writes the detail, or a text of its own for the kinds that are told none.
+template <class Interface>
+class Message final : public MortalMessage<Interface> {
+ public:
+  explicit Message(std::function<void()> onDeath = {})
+      : MortalMessage<Interface>(std::move(onDeath)) {}
+  void formatMessage(IMsgContainer& container, const wchar_t* detail) override {
+    container.setMessage(detail);
+  }
+};
+
+template <class Interface>
+requires requires(Interface& message, IMsgContainer& container) {
+  message.formatMessage(container);
+}
+class Message<Interface> final : public MortalMessage<Interface> {
+ public:
+  explicit Message(std::function<void()> onDeath = {})
+      : MortalMessage<Interface>(std::move(onDeath)) {}
+  void formatMessage(IMsgContainer& container) override { container.setMessage(L"text"); }
 };
 
 std::uint32_t countOf(IQVObject* object) {
@@ -270,6 +288,14 @@ TEST(MessageMgr, MessageWritesIntoTheContainer) {
   manager->setSizeMismatchMessage(new Message<ISizeMismatchMessage>);
   manager->getSizeMismatchMessage()->formatMessage(container, L"detail");
   EXPECT_STREQ(container.getMessage(), L"detail");
+}
+
+TEST(MessageMgr, MessageWithoutADetailWritesIntoTheContainer) {
+  MsgContainer container;
+  const ObjectPtr<IMessageMgr> manager = IMessageMgr::create();
+  manager->setFileIsDirectoryMessage(new Message<IFileIsDirectoryMessage>);
+  manager->getFileIsDirectoryMessage()->formatMessage(container);
+  EXPECT_STREQ(container.getMessage(), L"text");
 }
 
 // A text that stays empty counts as none.
