@@ -1,6 +1,6 @@
 // A directory with everything below it, as a search asks about it.
 //
-// Paths below the directory are relative texts with the system's separator; "" is the directory
+// Paths below a directory are relative texts with the system's separator; "" is the directory
 // itself. Letters compare as the file system compares them; where that tells 'a' from 'A', the
 // ASCII letters compare without case as well. Nothing is ever opened but directories.
 
@@ -22,13 +22,30 @@ enum class EntryKind {
   kFile,       ///< Everything else.
 };
 
+/// The directory in which a match lies, for the time of the report.
+class MatchDirectory {
+ public:
+  /// Returns its path below the tree's own directory.
+  virtual std::wstring path() const = 0;
+
+  /// Returns what the path leads to, links being followed.
+  virtual EntryKind kindOf(const std::wstring& below) const = 0;
+
+  /// Returns the entries of the directory `below` that are called `name`, in ascending order.
+  virtual std::vector<std::wstring> spellings(const std::wstring& below,
+                                              const std::wstring& name) const = 0;
+
+ protected:
+  ~MatchDirectory() = default;
+};
+
 /// An entry that bears one of the sought names.
 struct NameMatch {
-  const std::wstring& directory;  ///< Below the tree's own.
-  const std::wstring& name;       ///< As it is spelled on disk.
-  std::size_t index;              ///< Of the sought name.
-  bool isExact;                   ///< The spelling is the sought one.
-  EntryKind kind;                 ///< Never `kNothing`.
+  const MatchDirectory& directory;
+  const std::wstring& name;  ///< As it is spelled on disk.
+  std::size_t index;         ///< Of the sought name.
+  bool isExact;              ///< The spelling is the sought one.
+  EntryKind kind;            ///< Never `kNothing`.
 };
 
 class DirectoryTree final {
@@ -36,20 +53,18 @@ class DirectoryTree final {
   /// Returns false to end the visit.
   using Visitor = std::function<bool(const NameMatch& match)>;
 
-  /// `directory` may be a link. One that does not exist or cannot be read is an empty tree.
+  /// `directory` may be a link.
   explicit DirectoryTree(const std::wstring& directory);
   ~DirectoryTree();
 
   DirectoryTree(const DirectoryTree&) = delete;
   DirectoryTree& operator=(const DirectoryTree&) = delete;
 
+  /// Returns false for what is no directory or cannot be read; nothing else may be asked then.
   bool isOpen() const { return m_handle != -1; }
 
   /// Returns what the path leads to, links being followed.
   EntryKind kindOf(const std::wstring& below) const;
-
-  /// Returns the entries of the directory `below` that are called `name`, in ascending order.
-  std::vector<std::wstring> spellings(const std::wstring& below, const std::wstring& name) const;
 
   /// Reports the entries that bear one of `names`, down to `depth` levels of sub-directories, or
   /// all for -1. A directory comes before its sub-directories, these in ascending order and depth

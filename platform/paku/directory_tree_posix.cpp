@@ -1,10 +1,9 @@
 // Walks trees with the kernel's bulk directory call.
-//
-// Directories that are still to be read wait on a stack, as paths: a tree may be as deep as it
-// likes, and only the directory at hand is open.
 
 #include <algorithm>
+#include <cstddef>
 #include <fcntl.h>
+#include <iterator>
 #include <string_view>
 #include <sys/stat.h>
 #include <utility>
@@ -33,10 +32,73 @@ EntryKind kindOfEntry(int directory, const std::string& name, unsigned char type
   return type == DT_DIR ? EntryKind::kDirectory : EntryKind::kFile;
 }
 
+EntryKind kindOfText(int directory, const std::wstring& below) {
+  std::string path;
+  return nativePath(below, path) ? kindBelow(directory, path) : EntryKind::kNothing;
+}
+
+class OpenDirectory final : public MatchDirectory {
+ public:
+  OpenDirectory(int fd, const std::string& path) : m_fd(fd), m_path(path) {}
+
+  std::wstring path() const override { return decode(m_path); }
+  EntryKind kindOf(const std::wstring& below) const override { return kindOfText(m_fd, below); }
+
+  std::vector<std::wstring> spellings(const std::wstring& below,
+                                      const std::wstring& name) const override {
+    std::string path;
+    if (!nativePath(below, path))
+      return {};
+    const FileDescriptor fd = openDirectoryBelow(m_fd, path, true);
+    const NameTable table({name});
+    std::vector<std::string> found;
+    forEachEntry(fd.get(), [&](std::string_view entry, unsigned char) {
+      if (table.find(entry))
+        found.emplace_back(entry);
+    });
+    std::ranges::sort(found);
+    std::vector<std::wstring> texts;
+    std::ranges::transform(found, std::back_inserter(texts), decode);
+    return texts;
+  }
+
+ private:
+  const int m_fd;
+  const std::string& m_path;
+};
+
+/// The innermost of the directories on the way to the one at hand. A few levels are enough to open
+/// most directories by their name alone; trees may be deeper than a process may have files open.
+class OpenAncestors final {
+ public:
+  explicit OpenAncestors(int start) : m_start(start) {}
+
+  /// Opens the directory `below`, which is `level` levels down, for reading. Every directory that
+  /// is opened after another lies in it, or beside it, or in one that was opened before.
+  int open(std::string_view below, std::size_t level) {
+    m_levels.resize(level);
+    const int parent = level ? m_levels[level - 1].get() : -1;
+    const std::size_t slash = below.rfind('/');
+    const std::string_view name = slash == std::string_view::npos ? below : below.substr(slash + 1);
+    m_levels.push_back(parent == -1 ? openDirectoryBelow(m_start, below, false)
+                                    : openDirectoryBelow(parent, name, false));
+    if (level >= kKept)
+      m_levels[level - kKept] = FileDescriptor();
+    return m_levels[level].get();
+  }
+
+ private:
+  static constexpr std::size_t kKept = 16;
+
+  const int m_start;
+  std::vector<FileDescriptor> m_levels;
+};
+
+/// Directories that are still to be read wait on a stack, as paths, so that nothing recurses.
 class Walk final {
  public:
   Walk(int start, const NameTable& names, int depth, const DirectoryTree::Visitor& visitor)
-      : m_start(start), m_names(names), m_depth(depth), m_visitor(visitor) {}
+      : m_ancestors(start), m_names(names), m_depth(depth), m_visitor(visitor) {}
 
   void run() {
     m_pending.push_back({"", 0});
@@ -51,7 +113,7 @@ class Walk final {
  private:
   struct Directory {
     std::string below;
-    int level;
+    std::size_t level;
   };
 
   struct Entry {
@@ -61,21 +123,23 @@ class Walk final {
   };
 
   bool visit(const Directory& directory) {
-    const FileDescriptor fd = openDirectoryBelow(m_start, directory.below, false);
-    if (!fd)
+    const int fd = m_ancestors.open(directory.below, directory.level);
+    if (fd == -1)
       return true;
-    const bool descends = m_depth < 0 || directory.level < m_depth;
+    const bool descends = m_depth < 0 || directory.level < static_cast<std::size_t>(m_depth);
     std::vector<Entry> entries;
     std::vector<std::string> children;
-    forEachEntry(fd.get(), [&](std::string_view name, unsigned char type) {
+    forEachEntry(fd, [&](std::string_view name, unsigned char type) {
       if (const auto* names = m_names.find(name))
         entries.push_back({std::string(name), type, names});
-      if (descends && isRealDirectory(fd.get(), name, type))
+      if (descends && isRealDirectory(fd, name, type))
         children.emplace_back(name);
     });
     schedule(directory, std::move(children));
     std::ranges::sort(entries, {}, &Entry::name);
-    return report(directory, fd.get(), entries);
+    const OpenDirectory open(fd, directory.below);
+    return std::ranges::all_of(entries,
+                               [&](const Entry& entry) { return report(open, fd, entry); });
   }
 
   /// The first child goes on top of the stack.
@@ -87,21 +151,17 @@ class Walk final {
     }
   }
 
-  bool report(const Directory& directory, int fd, const std::vector<Entry>& entries) const {
-    if (entries.empty())
+  bool report(const OpenDirectory& directory, int fd, const Entry& entry) const {
+    const EntryKind kind = kindOfEntry(fd, entry.name, entry.type);
+    if (kind == EntryKind::kNothing)
       return true;
-    const std::wstring below = decode(directory.below);
-    return std::ranges::all_of(entries, [&](const Entry& entry) {
-      const EntryKind kind = kindOfEntry(fd, entry.name, entry.type);
-      const std::wstring name = decode(entry.name);
-      return kind == EntryKind::kNothing ||
-             std::ranges::all_of(*entry.names, [&](const NameTable::Name& sought) {
-               return m_visitor({below, name, sought.index, sought.bytes == entry.name, kind});
-             });
+    const std::wstring name = decode(entry.name);
+    return std::ranges::all_of(*entry.names, [&](const NameTable::Name& sought) {
+      return m_visitor({directory, name, sought.index, sought.bytes == entry.name, kind});
     });
   }
 
-  const int m_start;
+  OpenAncestors m_ancestors;
   const NameTable& m_names;
   const int m_depth;
   const DirectoryTree::Visitor& m_visitor;
@@ -125,37 +185,12 @@ DirectoryTree::~DirectoryTree() {
 }
 
 EntryKind DirectoryTree::kindOf(const std::wstring& below) const {
-  std::string path;
-  if (!nativePath(below, path))
-    return EntryKind::kNothing;
-  return kindBelow(static_cast<int>(m_handle), path);
-}
-
-std::vector<std::wstring> DirectoryTree::spellings(const std::wstring& below,
-                                                   const std::wstring& name) const {
-  std::string path;
-  if (!nativePath(below, path))
-    return {};
-  const FileDescriptor fd = openDirectoryBelow(static_cast<int>(m_handle), path, true);
-  if (!fd)
-    return {};
-  const NameTable table({name});
-  std::vector<std::string> found;
-  forEachEntry(fd.get(), [&](std::string_view entry, unsigned char) {
-    if (table.find(entry))
-      found.emplace_back(entry);
-  });
-  std::ranges::sort(found);
-  std::vector<std::wstring> texts;
-  std::ranges::transform(found, std::back_inserter(texts), decode);
-  return texts;
+  return kindOfText(static_cast<int>(m_handle), below);
 }
 
 void DirectoryTree::visit(const std::vector<std::wstring>& names,
                           int depth,
                           const Visitor& visitor) const {
-  if (!isOpen())
-    return;
   const NameTable table(names);
   Walk(static_cast<int>(m_handle), table, depth, visitor).run();
 }

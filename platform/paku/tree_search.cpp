@@ -42,39 +42,39 @@ bool TreeSearch::reportWholeNameHere() const {
 }
 
 bool TreeSearch::onMatch(const NameMatch& match) {
-  const Tail tail = m_tails[match.index];
-  const bool isLast = tail.size() == 1;
+  const bool isLast = m_tails[match.index].size() == 1;
   if (isLast != (match.kind == EntryKind::kFile))
     return true;
-  const std::wstring first = entryOf(match.directory, match.name);
-  const std::wstring exact = match.isExact ? restBelow(first, tail) : std::wstring();
-  if (match.isExact && !addExact(match.index, exact))
+  const std::wstring exact =
+      match.isExact ? restBelow(match.name, m_tails[match.index]) : std::wstring();
+  if (match.isExact && !addExact(match, exact))
     return false;
-  addFolded(match.index, first, exact);
+  addFolded(match, exact);
   return true;
 }
 
-bool TreeSearch::addExact(std::size_t tail, const std::wstring& below) {
-  if (m_tails[tail].size() > 1 && m_tree.kindOf(below) != EntryKind::kFile)
+bool TreeSearch::addExact(const NameMatch& match, const std::wstring& exact) {
+  if (match.directory.kindOf(exact) != EntryKind::kFile)
     return true;
-  if (tail == 0)
+  std::wstring below = entryOf(match.directory.path(), exact);
+  if (match.index == 0)
     return m_found(below);
-  m_waiting[tail].exact.push_back(below);
+  m_waiting[match.index].exact.push_back(std::move(below));
   return true;
 }
 
-void TreeSearch::addFolded(std::size_t tail, const std::wstring& first, const std::wstring& exact) {
-  std::vector<std::wstring> paths = {first};
-  for (const std::wstring& component : m_tails[tail].subspan(1)) {
+void TreeSearch::addFolded(const NameMatch& match, const std::wstring& exact) {
+  std::vector<std::wstring> paths = {match.name};
+  for (const std::wstring& component : m_tails[match.index].subspan(1)) {
     std::vector<std::wstring> longer;
     for (const std::wstring& path : paths)
-      for (const std::wstring& spelling : m_tree.spellings(path, component))
+      for (const std::wstring& spelling : match.directory.spellings(path, component))
         longer.push_back(entryOf(path, spelling));
     paths = std::move(longer);
   }
-  std::ranges::copy_if(paths, std::back_inserter(m_waiting[tail].folded), [&](const auto& path) {
-    return path != exact && m_tree.kindOf(path) == EntryKind::kFile;
-  });
+  for (const std::wstring& path : paths)
+    if (path != exact && match.directory.kindOf(path) == EntryKind::kFile)
+      m_waiting[match.index].folded.push_back(entryOf(match.directory.path(), path));
 }
 
 bool TreeSearch::reportWaiting() const {

@@ -2,7 +2,7 @@
 
 #pragma once
 
-#include <cstddef>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -34,8 +34,8 @@ class TreeSearch final {
 
   bool reportWholeNameHere() const;
   bool onMatch(const NameMatch& match);
-  bool addExact(std::size_t tail, const std::wstring& below);
-  void addFolded(std::size_t tail, const std::wstring& first, const std::wstring& exact);
+  bool addExact(const NameMatch& match, const std::wstring& exact);
+  void addFolded(const NameMatch& match, const std::wstring& exact);
   bool reportWaiting() const;
 
   DirectoryTree m_tree;

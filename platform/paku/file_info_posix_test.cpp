@@ -1,0 +1,110 @@
+// What is said of files, directories and what is neither.
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "paku/file_info.h"
+
+#include "support/scoped_directory.h"
+#include "support/temp_tree.h"
+
+namespace PAKU_3_1 {
+namespace {
+
+using quiver_test::TempTree;
+
+bool exists(const std::wstring& path) {
+  FileInfo info;
+  return fileInfo(Filename(path), 0, info) == 0;
+}
+
+FileInfo infoOf(const std::wstring& path) {
+  FileInfo info;
+  EXPECT_EQ(fileInfo(Filename(path), 0, info), 0);
+  return info;
+}
+
+TEST(FileInfo, TellsFilesFromDirectories) {
+  TempTree tree;
+  const FileInfo file = infoOf(tree.addFile("a.dll", "12345"));
+  EXPECT_TRUE(file.isRegular);
+  EXPECT_FALSE(file.isDirectory);
+  EXPECT_EQ(file.size, 5u);
+  const FileInfo directory = infoOf(tree.addDirectory("dir"));
+  EXPECT_TRUE(directory.isDirectory);
+  EXPECT_FALSE(directory.isRegular);
+}
+
+TEST(FileInfo, SpecialFilesExistAndAreNeither) {
+  TempTree tree;
+  const FileInfo fifo = infoOf(tree.addFifo("pipe"));
+  EXPECT_FALSE(fifo.isRegular);
+  EXPECT_FALSE(fifo.isDirectory);
+}
+
+TEST(FileInfo, FollowsLinks) {
+  TempTree tree;
+  tree.addFile("a.dll", "12345");
+  EXPECT_EQ(infoOf(tree.addLink("link", "a.dll")).size, 5u);
+  EXPECT_FALSE(exists(tree.addLink("dangling", "missing")));
+  EXPECT_FALSE(exists(tree.addLink("loop", "loop")));
+}
+
+TEST(FileInfo, NothingBearsTheEmptyName) {
+  TempTree tree;
+  const quiver_test::ScopedDirectory here(tree.root());
+  EXPECT_FALSE(exists(L""));
+}
+
+TEST(FileInfo, LeavesTheResultAloneWhenNothingIsThere) {
+  TempTree tree;
+  FileInfo info;
+  info.size = 7;
+  EXPECT_NE(fileInfo(Filename(tree.path("missing")), 0, info), 0);
+  EXPECT_EQ(info.size, 7u);
+}
+
+TEST(FileInfo, SeparatorsAtTheEndDoNotMatter) {
+  TempTree tree;
+  EXPECT_TRUE(infoOf(tree.addDirectory("dir") + L"//").isDirectory);
+  EXPECT_TRUE(infoOf(tree.addFile("a.dll") + L"/").isRegular);
+  EXPECT_TRUE(infoOf(L"/").isDirectory);
+}
+
+TEST(FileInfo, SizesPassThirtyTwoBits) {
+  TempTree tree;
+  constexpr std::uint64_t kSize = 3ull << 30;
+  EXPECT_EQ(infoOf(tree.addSparseFile("big", kSize)).size, kSize);
+}
+
+TEST(FileInfo, TimesBefore1970AreRoundedDown) {
+  TempTree tree;
+  const std::wstring path = tree.addFile("old");
+  tree.setModificationTime("old", -2, 500'000'000);
+  EXPECT_EQ(infoOf(path).modificationTime, -2);
+  tree.setModificationTime("old", 1'000'000'000, 999'999'999);
+  EXPECT_EQ(infoOf(path).modificationTime, 1'000'000'000);
+}
+
+TEST(FileInfo, NamesThatNoFileCanHaveDoNotExist) {
+  TempTree tree;
+  const std::wstring file = tree.addFile("a");
+  EXPECT_FALSE(exists(file + std::wstring(1, L'\0')));
+  EXPECT_FALSE(exists(tree.root() + L"/" + wchar_t{0xD800}));
+  EXPECT_FALSE(exists(tree.root() + L"/" + std::wstring(256, L'x')));
+  std::wstring longPath = tree.root();
+  while (longPath.size() < 10000) longPath += L"/.";
+  EXPECT_FALSE(exists(longPath + L"/a"));
+}
+
+TEST(FileInfo, UsesTheExactText) {
+  TempTree tree;
+  EXPECT_TRUE(exists(tree.addFile("src\\a.cpp")));
+  tree.addFile("other/b.cpp");
+  EXPECT_FALSE(exists(tree.root() + L"/other\\b.cpp"));
+  EXPECT_FALSE(exists(tree.root() + L"/OTHER/b.cpp"));
+}
+
+}  // namespace
+}  // namespace PAKU_3_1
