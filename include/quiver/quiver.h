@@ -14,7 +14,8 @@
 //     open(file->getPath());
 //
 // Start with file_search.h (the questions), search_dirs.h and search_env.h (where to look), and
-// search_results.h (the answers).
+// search_results.h (the answers). Then resolution_context.h and search_manipulator.h, which
+// remember what was found.
 
 #pragma once
 
@@ -27,9 +28,12 @@
 #include "quiver/messages.h"
 #include "quiver/object.h"
 #include "quiver/ref_count.h"
+#include "quiver/resolution_context.h"
 #include "quiver/search_callbacks.h"
 #include "quiver/search_dirs.h"
 #include "quiver/search_env.h"
+#include "quiver/search_history.h"
+#include "quiver/search_manipulator.h"
 #include "quiver/search_results.h"
 #include "quiver/source_file_validators.h"
 #include "quiver/status.h"

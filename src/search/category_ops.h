@@ -4,6 +4,7 @@
 #pragma once
 
 #include "quiver/search_callbacks.h"
+#include "quiver/search_history.h"
 #include "quiver/search_results.h"
 #include "quiver/string_container.h"
 #include "quiver/validation.h"
@@ -37,6 +38,13 @@ struct BinOps {
                                             IValidFileIterator& validFiles) {
     return callback.onBinNoFilesFound(file.name, validator, invalidFiles, validFiles);
   }
+  static ObjectPtr<IFileAssociation> findAssociation(ISearchHistory& history,
+                                                     const SoughtFile& file) {
+    return history.findBinFileAssociation(file.name);
+  }
+  static void addAssociation(ISearchHistory& history, const SoughtFile& file, const wchar_t* path) {
+    history.addBinFileAssociation(file.name, path);
+  }
 };
 
 struct SymOps {
@@ -60,6 +68,13 @@ struct SymOps {
     return callback.onSymNoFilesFound(
         file.name, file.binary, file.checksum, validator, invalidFiles, validFiles);
   }
+  static ObjectPtr<IFileAssociation> findAssociation(ISearchHistory& history,
+                                                     const SoughtFile& file) {
+    return history.findSymFileAssociation(file.name, file.binary, file.checksum);
+  }
+  static void addAssociation(ISearchHistory& history, const SoughtFile& file, const wchar_t* path) {
+    history.addSymFileAssociation(file.name, file.binary, file.checksum, path);
+  }
 };
 
 struct SrcOps {
@@ -82,6 +97,13 @@ struct SrcOps {
                                             IValidFileIterator& validFiles) {
     return callback.onSrcNoFilesFound(
         file.name, file.binary, file.checksum, validator, invalidFiles, validFiles);
+  }
+  static ObjectPtr<IFileAssociation> findAssociation(ISearchHistory& history,
+                                                     const SoughtFile& file) {
+    return history.findSrcFileAssociation(file.name, file.binary, file.checksum);
+  }
+  static void addAssociation(ISearchHistory& history, const SoughtFile& file, const wchar_t* path) {
+    history.addSrcFileAssociation(file.name, file.binary, file.checksum, path);
   }
 };
 

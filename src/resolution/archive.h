@@ -1,0 +1,20 @@
+// Copies of resolved files, kept in a directory under their content's checksum:
+//
+//   archive directory / category folder / file name / MD5 text / file name
+//
+// Versions of one file lie side by side, and no version is copied twice. The archive step of later
+// searches finds them there.
+
+#pragma once
+
+#include <cstdint>
+
+#include "quiver/resolution_context.h"
+
+namespace QV_2_9::internal {
+
+/// Copies `file` into the archive in `archiveDir`. The folders down to the file name are made
+/// before the file is looked at; whatever fails, folders that were made stay.
+archive_result_t archiveInto(const wchar_t* archiveDir, const wchar_t* file, std::int32_t category);
+
+}  // namespace QV_2_9::internal
