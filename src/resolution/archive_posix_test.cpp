@@ -1,0 +1,81 @@
+// Tests of archiving that need what only POSIX file systems have.
+
+#include <filesystem>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "resolution/archive.h"
+#include "support/scoped_directory.h"
+#include "support/temp_tree.h"
+
+namespace QV_2_9::internal {
+namespace {
+
+using quiver_test::NativePath;
+using quiver_test::ScopedDirectory;
+using quiver_test::TempTree;
+
+archive_result_t archive(const TempTree& tree, const std::wstring& file) {
+  return archiveInto(tree.path("archive").c_str(), file.c_str(), scBinaryFiles);
+}
+
+TEST(Archive, UnreadableFileHasNoChecksum) {
+  TempTree tree;
+  EXPECT_EQ(archive(tree, tree.addFifo("pipe.dll")), arNoChecksum);
+}
+
+TEST(Archive, CopyThatCannotBeWrittenIsReportedAndLeavesNothing) {
+  if (!std::filesystem::is_directory("/proc/self"))
+    GTEST_SKIP() << "needs a directory in which nobody can make files";
+  TempTree tree;
+  const char* const folder = "archive/binaries/app.dll/0cc175b9c0f1b6a831c399e269772661";
+  tree.addLink(folder, "/proc/self");
+  EXPECT_EQ(archive(tree, tree.addFile("app.dll", "a")), arCopyFailed);
+  EXPECT_FALSE(std::filesystem::exists(NativePath(tree.path(folder) + L"/app.dll").get()));
+}
+
+TEST(Archive, FolderThatCannotBeMadeIsReported) {
+  if (!std::filesystem::is_directory("/proc/self"))
+    GTEST_SKIP() << "needs a directory in which nobody can make files";
+  TempTree tree;
+  tree.addLink("archive", "/proc/self");
+  EXPECT_EQ(archive(tree, tree.addFile("app.dll", "a")), arCannotCreateDirectory);
+}
+
+TEST(Archive, DanglingLinkUnderTheFinalNameIsReplaced) {
+  TempTree tree;
+  const std::string target = "archive/binaries/app.dll/0cc175b9c0f1b6a831c399e269772661/app.dll";
+  tree.addLink(target, "nowhere");
+  EXPECT_EQ(archive(tree, tree.addFile("app.dll", "a")), arArchived);
+  EXPECT_TRUE(std::filesystem::is_regular_file(NativePath(tree.path(target)).get()));
+}
+
+class ArchiveForeignName : public testing::TestWithParam<const wchar_t*> {};
+
+TEST_P(ArchiveForeignName, NeverLeadsOutOfTheArchive) {
+  TempTree tree;
+  tree.addDirectory("cwd");
+  const ScopedDirectory inside(tree.path("cwd"));
+  const archive_result_t result = archive(tree, tree.addFile(GetParam(), "a"));
+  EXPECT_TRUE(result == arArchived || result == arCannotCreateDirectory) << result;
+  EXPECT_TRUE(std::filesystem::is_empty("."));
+  std::size_t entries = 0;
+  for ([[maybe_unused]] const auto& entry :
+       std::filesystem::directory_iterator(NativePath(tree.root()).get()))
+    ++entries;
+  EXPECT_EQ(entries, 3u) << "the archive, the file, and the current directory";
+}
+
+INSTANTIATE_TEST_SUITE_P(Names,
+                         ArchiveForeignName,
+                         testing::Values(L"C:\\x.dll",
+                                         L"\\\\srv\\share\\x.dll",
+                                         L"\\x.dll",
+                                         L"..\\..\\x.dll",
+                                         L"..\\..",
+                                         L"C:"),
+                         [](const auto& row) { return "Name" + std::to_string(row.index); });
+
+}  // namespace
+}  // namespace QV_2_9::internal
