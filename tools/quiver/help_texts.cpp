@@ -18,7 +18,7 @@ constexpr const char* kSymExamples =
     "Examples:\n"
     "  quiver find sym app.debug --binary ~/builds/bin/app\n"
     "      looks beside the binary and in every directory above it\n"
-    "  quiver find sym 'C:\\build\\out\\app.pdb' -d ~/symbols,recursive -d all:~/builds\n"
+    "  quiver find sym 'C:\\build\\out\\app.pdb' -d ~/symbols,recursive -d all:/builds\n"
     "      the directories for symbol files first, then those for every kind\n"
     "  quiver find sym app.debug -d ~/symbols,recursive --all --json\n"
     "      every candidate, for a program to read\n"

@@ -54,17 +54,28 @@ ObjectPtr<IChecksum> expectedChecksum(const FindOptions& options) {
   return IChecksumCalculator::create()->createChecksum(QV_2_9::ctMD5, options.md5->c_str());
 }
 
+// The library takes the binary's directories from its name alone. A file of this machine is named
+// in full, so that all directories above it count; a recorded name is left as it is.
+std::optional<std::wstring> binaryName(const FindOptions& options) {
+  std::error_code error;
+  if (!options.binary || !std::filesystem::exists(toNativePath(*options.binary), error))
+    return options.binary;
+  const std::filesystem::path path =
+      std::filesystem::absolute(toNativePath(*options.binary), error);
+  return error ? options.binary : fromNativePath(path);
+}
+
 ObjectPtr<IValidFile> ask(IFileSearch& search,
                           const FindOptions& options,
                           IValidatorCallback& check) {
   const wchar_t* name = options.name.c_str();
-  const wchar_t* binary = orNull(options.binary);
+  const std::optional<std::wstring> binary = binaryName(options);
   const wchar_t* suggestion = orNull(options.suggestion);
   switch (options.category) {
     case QV_2_9::scSymbolFiles:
-      return search.findSymFile(name, binary, nullptr, &check, suggestion, nullptr);
+      return search.findSymFile(name, orNull(binary), nullptr, &check, suggestion, nullptr);
     case QV_2_9::scSourceFiles:
-      return search.findSrcFile(name, binary, nullptr, &check, suggestion);
+      return search.findSrcFile(name, orNull(binary), nullptr, &check, suggestion);
     default:
       return search.findBinFile(name, &check, suggestion);
   }

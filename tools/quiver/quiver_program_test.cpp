@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <nlohmann/json.hpp>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -16,6 +17,7 @@
 namespace quiver_tool {
 namespace {
 
+using nlohmann::json;
 using quiver_test::TempTree;
 using testing::AllOf;
 using testing::HasSubstr;
@@ -141,6 +143,17 @@ TEST_F(Program, LooksAroundTheBinary) {
       runProgram({"find", "sym", "qv_app.debug", "--binary", path("out/bin/qv_app"), "-v"});
   EXPECT_EQ(run.out, file + "\n");
   EXPECT_THAT(run.err, HasSubstr("step 5, around the binary"));
+}
+
+TEST_F(Program, LooksAboveABinaryThatIsNamedFromTheCurrentDirectory) {
+  const std::string file = add("out/qv_app.debug");
+  add("out/bin/x64/qv_app");
+  RunSettings settings;
+  settings.directory = path("out/bin");
+  EXPECT_EQ(runProgram({"find", "sym", "qv_app.debug", "--binary", "x64/qv_app"}, settings).out,
+            file + "\n");
+  EXPECT_EQ(runProgram({"find", "sym", "qv_app.debug", "--binary", "x86/qv_app"}, settings).status,
+            1);
 }
 
 TEST_F(Program, TakesOnlyTheVersionWithTheChecksum) {
@@ -299,6 +312,48 @@ TEST_F(Program, FindsAnEmptyFileByItsChecksum) {
   const std::string file = add("d/a.c");
   EXPECT_EQ(runProgram({"find", "src", "a.c", "-d", path("d"), "--md5", kMd5OfNothing}).out,
             file + "\n");
+}
+
+TEST_F(Program, PrintsJsonForAFoundFile) {
+  add("old/a.c", "old");
+  const std::string file = add("new/a.c", "new");
+  const RunResult run = runProgram({"find",
+                                    "src",
+                                    "a.c",
+                                    "-d",
+                                    path("old"),
+                                    "-d",
+                                    path("new"),
+                                    "-d",
+                                    path("none"),
+                                    "--md5",
+                                    kMd5OfNew,
+                                    "--json"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, "");
+  const json document = json::parse(run.out);
+  EXPECT_EQ(document.at("found").at("path"), file);
+  EXPECT_EQ(document.at("found").at("confidence"), 0);
+  EXPECT_EQ(document.at("rejected").at(0).at("path"), path("old/a.c"));
+  EXPECT_EQ(document.at("rejected").at(0).at("code"), 1);
+  EXPECT_EQ(document.at("missing_directories"), json::array({path("none")}));
+}
+
+TEST_F(Program, PrintsJsonWhenNothingIsFound) {
+  const RunResult run = runProgram({"find", "src", "qv_\xFF.c", "--json"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(json::parse(run.out).at("found"), nullptr);
+  EXPECT_EQ(json::parse(run.out).at("name"), "qv_\xEF\xBF\xBD.c");
+  EXPECT_THAT(run.err, HasSubstr("no source file found for 'qv_\xFF.c'"));
+}
+
+TEST_F(Program, TracesOnRequest) {
+  add("d/a.c");
+  RunSettings settings;
+  settings.environment = {"QUIVER_DEBUG=1"};
+  const RunResult run = runProgram({"find", "src", "a.c", "-d", path("d")}, settings);
+  EXPECT_EQ(run.out, path("d/a.c") + "\n");
+  EXPECT_THAT(run.err, HasSubstr("QV_2_9::FileSearch::findSrcFile"));
 }
 
 struct LostOutputRow {

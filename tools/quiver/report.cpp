@@ -39,12 +39,14 @@ std::string joined(const std::vector<std::string>& parts) {
 }
 
 std::string rejectedList(const FindOptions& options, const std::vector<RejectedFile>& files) {
-  const std::size_t named = options.isVerbose ? files.size() : std::min(files.size(), kMostNamed);
+  const std::size_t named = std::min(files.size(), kMostNamed);
   std::vector<std::string> parts;
   for (std::size_t i = 0; i < named; ++i)
     parts.push_back(toBytes(files[i].path) + " " + reasonWords(files[i].message));
-  if (named < files.size())
-    parts.push_back("and " + std::to_string(files.size() - named) + " more (see -v)");
+  if (named < files.size()) {
+    parts.push_back("and " + std::to_string(files.size() - named) + " more" +
+                    (options.isVerbose ? "" : " (see -v)"));
+  }
   return joined(parts);
 }
 

@@ -155,6 +155,13 @@ std::filesystem::path toNativePath(std::wstring_view text) {
     return std::filesystem::path(toBytes(text));
 }
 
+std::wstring fromNativePath(const std::filesystem::path& path) {
+  if constexpr (std::is_same_v<std::filesystem::path::value_type, wchar_t>)
+    return path.wstring();
+  else
+    return toWide(path.string());
+}
+
 std::string escapeControls(std::string_view bytes) {
   static constexpr char kDigits[] = "0123456789abcdef";
   std::string escaped;

@@ -20,6 +20,9 @@ std::string toBytes(std::wstring_view text);
 /// Returns the text as a path that the standard file library opens under that very name.
 std::filesystem::path toNativePath(std::wstring_view text);
 
+/// The other way round.
+std::wstring fromNativePath(const std::filesystem::path& path);
+
 /// Returns the bytes with control characters spelled out (a line feed as "\x0a"), for a terminal.
 std::string escapeControls(std::string_view bytes);
 

@@ -73,6 +73,11 @@ TEST(TextEncoding, ReplacesWhatNoFileNameHolds) {
   }
 }
 
+TEST(TextEncoding, KeepsNativePaths) {
+  const std::wstring path = toWide("/a\xFF/\xC3\xA9.c");
+  EXPECT_EQ(fromNativePath(toNativePath(path)), path);
+}
+
 TEST(TextEncoding, SpellsControlCharactersOut) {
   EXPECT_EQ(escapeControls("a\nb\x1B[0m\x7F\xC3\xA9"), "a\\x0ab\\x1b[0m\\x7f\xC3\xA9");
 }
