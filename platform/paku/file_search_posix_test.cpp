@@ -18,6 +18,7 @@
 #include "paku/text_encoding.h"
 
 #include "support/scoped_directory.h"
+#include "support/scoped_environment.h"
 #include "support/temp_tree.h"
 
 namespace fs = std::filesystem;
@@ -39,6 +40,13 @@ TEST(FileSearchCase, ReportsExactNamesOfTheTreeFirst) {
   tree.addFile("3/a.Dll");
   tree.addFile("3/a.dll");
   EXPECT_THAT(findIn(tree, L"a.dll"), ElementsAre(L"2/a.dll", L"3/a.dll", L"1/A.DLL", L"3/a.Dll"));
+}
+
+TEST(FileSearchCase, ReportsExactNamesFirstForEachTail) {
+  TempTree tree;
+  tree.addFile("1/A.DLL");
+  tree.addFile("2/a.dll");
+  EXPECT_THAT(findIn(tree, L"x/a.dll"), ElementsAre(L"2/a.dll", L"1/A.DLL"));
 }
 
 TEST(FileSearchCase, ReportsFoldedNamesBeforeShorterTails) {
@@ -247,8 +255,9 @@ TEST(FileSearchPermissions, LetTheScanGoOn) {
 }
 
 TEST(FileSearchDepth, MayExceedWhatAPathCanSay) {
+  const quiver_test::ScopedVariable inMemory("TMPDIR", "/dev/shm");  // where removal is quick
   TempTree tree;
-  constexpr std::size_t kLevels = 3000;
+  constexpr std::size_t kLevels = 5000;
   tree.addChain("d", kLevels, "a");
   std::wstring directory;
   for (std::size_t level = 0; level < kLevels; ++level) directory += L"d/";
@@ -264,6 +273,31 @@ TEST(FileSearchDepth, OfLongNamesMayExceedWhatAPathCanSay) {
   const std::string name(250, 'd');
   tree.addChain(name, 40, "a");
   EXPECT_THAT(findIn(tree, L"a"), ElementsAre(testing::SizeIs(40 * 251 + 1)));
+}
+
+/// Puts the directory `name` that many levels deeper, in directories that are called the same.
+void sink(const TempTree& tree, const std::string& name, std::size_t levels) {
+  const fs::path root = tree.root();
+  for (std::size_t level = 0; level < levels; ++level) {
+    fs::create_directory(root / "outer");
+    fs::rename(root / name, root / "outer" / name);
+    fs::rename(root / "outer", root / name);
+  }
+}
+
+TEST(FileSearchDepth, DoesNotKeepTheWayBackFromBeingFound) {
+  const quiver_test::ScopedVariable inMemory("TMPDIR", "/dev/shm");
+  TempTree tree;
+  std::string deep = "d/a";
+  for (int level = 0; level < 20; ++level) deep += "/x";
+  tree.addFile(deep + "/f");
+  tree.addFile("d/b/f");
+  tree.addFile("d/b/c/f");
+  sink(tree, "d", 2500);
+  std::wstring above;
+  for (int level = 0; level < 2500; ++level) above += L"d/";
+  EXPECT_THAT(findIn(tree, L"f"),
+              ElementsAre(above + decode(deep) + L"/f", above + L"d/b/f", above + L"d/b/c/f"));
 }
 
 TEST(FileSearchDirectories, MayHoldMoreEntriesThanOneReadGives) {

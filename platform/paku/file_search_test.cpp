@@ -79,10 +79,10 @@ TEST(FileSearch, TriesTheLongestTailInTheWholeTreeFirst) {
 
 TEST(FileSearch, FindsTheTailsBelowADirectoryAlone) {
   TempTree tree;
-  tree.addFile("work/proj/x.cpp");
+  tree.addFile("base/proj/x.cpp");
   tree.addFile("proj/x.cpp");
   tree.addFile("other/x.cpp");
-  EXPECT_THAT(findIn(tree, L"/work/proj/x.cpp", 0), ElementsAre(L"work/proj/x.cpp", L"proj/x.cpp"));
+  EXPECT_THAT(findIn(tree, L"/base/proj/x.cpp", 0), ElementsAre(L"base/proj/x.cpp", L"proj/x.cpp"));
 }
 
 TEST(FileSearch, DoesNotLeaveTheDirectory) {

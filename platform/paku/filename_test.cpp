@@ -211,7 +211,7 @@ const BaseCase kBaseCases[] = {
     {"RecordedDrive", L"C:\\x\\a.dll", L"a", L".dll"},
     {"RecordedRelative", L"x\\a.dll", L"a", L".dll"},
     {"DotInDirectory", L"C:\\x.y\\app", L"app", L""},
-    {"Profile", L"/root/.profile", L".profile", L""},
+    {"Profile", L"/etc/.profile", L".profile", L""},
     {"TwoDots", L"/x/a.tar.gz", L"a.tar", L".gz"},
     {"DirectoryOnly", L"/x/", L"", L""},
     {"ParentDirectory", L"C:\\x\\..", L"", L""},

@@ -45,15 +45,14 @@ bool TreeSearch::onMatch(const NameMatch& match) {
   const bool isLast = m_tails[match.index].size() == 1;
   if (isLast != (match.kind == EntryKind::kFile))
     return true;
-  const std::wstring exact =
-      match.isExact ? restBelow(match.name, m_tails[match.index]) : std::wstring();
-  if (match.isExact && !addExact(match, exact))
+  if (match.isExact && !addExact(match))
     return false;
-  addFolded(match, exact);
+  addFolded(match);
   return true;
 }
 
-bool TreeSearch::addExact(const NameMatch& match, const std::wstring& exact) {
+bool TreeSearch::addExact(const NameMatch& match) {
+  const std::wstring exact = restBelow(match.name, m_tails[match.index]);
   if (match.directory.kindOf(exact) != EntryKind::kFile)
     return true;
   std::wstring below = entryOf(match.directory.path(), exact);
@@ -63,7 +62,7 @@ bool TreeSearch::addExact(const NameMatch& match, const std::wstring& exact) {
   return true;
 }
 
-void TreeSearch::addFolded(const NameMatch& match, const std::wstring& exact) {
+void TreeSearch::addFolded(const NameMatch& match) {
   std::vector<std::wstring> paths = {match.name};
   for (const std::wstring& component : m_tails[match.index].subspan(1)) {
     std::vector<std::wstring> longer;
@@ -73,7 +72,7 @@ void TreeSearch::addFolded(const NameMatch& match, const std::wstring& exact) {
     paths = std::move(longer);
   }
   for (const std::wstring& path : paths)
-    if (path != exact && match.directory.kindOf(path) == EntryKind::kFile)
+    if (match.directory.kindOf(path) == EntryKind::kFile)
       m_waiting[match.index].folded.push_back(entryOf(match.directory.path(), path));
 }
 

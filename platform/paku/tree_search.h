@@ -11,7 +11,8 @@
 
 namespace PAKU_3_1::internal {
 
-/// Receives paths below the searched directory; returns false to end the search.
+/// Receives paths below the searched directory, some more than once; returns false to end the
+/// search.
 using FoundBelow = std::function<bool(const std::wstring& below)>;
 
 /// Serves one directory. The tree is walked once, whatever the number of tails: the walk looks for
@@ -34,8 +35,8 @@ class TreeSearch final {
 
   bool reportWholeNameHere() const;
   bool onMatch(const NameMatch& match);
-  bool addExact(const NameMatch& match, const std::wstring& exact);
-  void addFolded(const NameMatch& match, const std::wstring& exact);
+  bool addExact(const NameMatch& match);
+  void addFolded(const NameMatch& match);
   bool reportWaiting() const;
 
   DirectoryTree m_tree;
