@@ -54,8 +54,7 @@ CLI::Option* addText(CLI::App& app, const char* names, const char* type, const c
       ->type_name(type)
       ->description(description)
       ->type_size(1)
-      ->expected(1)
-      ->allow_extra_args(false);
+      ->expected(1);
 }
 
 CLI::Option* addTexts(CLI::App& app, const char* names, const char* type, const char* description) {
