@@ -1,5 +1,5 @@
-// Makes the compiler lay out public classes. Compiled only, for a target with 32-bit pointers and the
-// binary interface of Windows; never linked.
+// Makes the compiler lay out public classes. Compiled only, for a target with 32-bit pointers and
+// the binary interface of Windows; never linked.
 //
 // check_layout.py appends `template struct Derived<X>;` for each listed class X that is not named
 // here: a class is laid out when something derives from it and has a constructor.
@@ -23,6 +23,18 @@ struct DerivedChecksumValidator : ChecksumValidator {
   DerivedChecksumValidator();
 };
 DerivedChecksumValidator::DerivedChecksumValidator() : ChecksumValidator(0, nullptr) {}
+
+struct DerivedSourceFileTimeAndSizeMatchValidator : SourceFileTimeAndSizeMatchValidator {
+  DerivedSourceFileTimeAndSizeMatchValidator();
+};
+DerivedSourceFileTimeAndSizeMatchValidator::DerivedSourceFileTimeAndSizeMatchValidator()
+    : SourceFileTimeAndSizeMatchValidator(0, 0) {}
+
+struct DerivedSourceFileUpToDateCheckValidator : SourceFileUpToDateCheckValidator {
+  DerivedSourceFileUpToDateCheckValidator();
+};
+DerivedSourceFileUpToDateCheckValidator::DerivedSourceFileUpToDateCheckValidator()
+    : SourceFileUpToDateCheckValidator(nullptr) {}
 
 CallbackHolder<ISearchStartedCallback> holder;
 ObjectPtr<IQVObject> pointer;
