@@ -39,10 +39,6 @@ endfunction()
 
 function(quiver_module name)
   quiver_sources(sources tests)
-  if(NOT sources)
-    add_library(quiver_${name} INTERFACE)
-    return()
-  endif()
   add_library(quiver_${name} OBJECT ${sources})
   target_include_directories(quiver_${name} PUBLIC
     "${PROJECT_SOURCE_DIR}/include" "${PROJECT_SOURCE_DIR}/src")
