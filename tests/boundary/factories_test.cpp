@@ -54,6 +54,28 @@ TEST(Factories, MakeTheMessageManager) {
   expectFresh(IMessageMgr::create());
 }
 
+TEST(Factories, MakeTheResolutionContextManager) {
+  const auto manager = IResolutionContextMgr::create();
+  expectFresh(manager);
+  expectFresh(manager->createContext(L"/results/r000", true));
+}
+
+TEST(Factories, MakeSearchHistories) {
+  const auto history = ISearchHistory::create();
+  expectFresh(history);
+  history->addBinFileAssociation(L"a.dll", L"/a.dll");
+  EXPECT_STREQ(history->findBinFileAssociation(L"a.dll")->getPath(), L"/a.dll");
+}
+
+TEST(Factories, MakeSearchManipulators) {
+  const auto contexts = IResolutionContextMgr::create();
+  const auto context = contexts->createContext(L"/results/r000", true);
+  const auto history = ISearchHistory::create();
+  const auto manipulator = createSearchManipulatorByContext(context, nullptr, history);
+  expectFresh(manipulator);
+  EXPECT_EQ(manipulator->getSearchHistory().get(), history.get());
+}
+
 TEST(Factories, StartAfreshAfterTheLastReferenceToASingleton) {
   auto manager = IMessageMgr::create();
   EXPECT_EQ(IMessageMgr::create().get(), manager.get());
