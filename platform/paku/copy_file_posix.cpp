@@ -15,7 +15,7 @@
 namespace PAKU_3_1 {
 namespace {
 
-constexpr std::size_t kChunk = 256 * 1024;
+constexpr std::size_t kChunk = std::size_t{256} * 1024;
 constexpr std::size_t kKernelChunk = std::size_t{1} << 30;
 
 int writeAll(int fd, const char* bytes, std::size_t count) {

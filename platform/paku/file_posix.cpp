@@ -15,7 +15,7 @@
 namespace PAKU_3_1 {
 namespace {
 
-constexpr std::size_t kChunk = 256 * 1024;
+constexpr std::size_t kChunk = std::size_t{256} * 1024;
 
 /// pread that goes on after a signal.
 ssize_t readAt(int fd, std::vector<char>& buffer, off_t offset) {
