@@ -9,9 +9,11 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 # information is one object per process; functions and variables are hidden.
 add_compile_options(-fvisibility-ms-compat)
 
+# Paths below the checkout are hashed as relative ones, so that one checkout uses what another built.
 find_program(QUIVER_CCACHE ccache)
 if(QUIVER_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
-  set(CMAKE_CXX_COMPILER_LAUNCHER "${QUIVER_CCACHE}")
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+    "${CMAKE_COMMAND}" -E env "CCACHE_BASEDIR=${PROJECT_SOURCE_DIR}" CCACHE_NOHASHDIR=1 "${QUIVER_CCACHE}")
 endif()
 
 # Ours only; the sources of GoogleTest are built without these.
@@ -28,7 +30,8 @@ endif()
 
 if(QUIVER_SANITIZE)
   add_compile_options(
-    -fsanitize=${QUIVER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+    -fsanitize=${QUIVER_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1
+    -gline-tables-only)
   add_link_options(-fsanitize=${QUIVER_SANITIZE})
 endif()
 

@@ -34,6 +34,8 @@ function(quiver_test_program name)
   add_executable(${name} ${arg_SOURCES})
   # The kit before the libraries: its callbacks need the library, where a program links it.
   target_link_libraries(${name} PRIVATE quiver_test_kit ${arg_LIBRARIES} GTest::gmock_main quiver_warnings)
+  # Most of the build is tests: they are not optimised, only what they test is.
+  target_compile_options(${name} PRIVATE -O0)
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60)
 endfunction()
 
