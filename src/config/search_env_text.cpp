@@ -29,6 +29,8 @@ std::wstring entriesToString(const ObjectPtr<ISearchDirIterator>& iterator) {
 
 }  // namespace
 
+// A reference of its own for the time of the walk, which calls into the caller's containers.
+// NOLINTNEXTLINE(performance-unnecessary-value-param)
 std::wstring searchEnvToString(ObjectPtr<ISearchEnv> env, search_category_t category) {
   std::wstring text = L"[ISearchEnv: searchDirs = ";
   text += env ? entriesToString(env->getSearchDirs(category)) : L"NULL pointer";

@@ -144,17 +144,20 @@ TEST(RefCountImpl, CannotBeCopied) {
   EXPECT_FALSE(std::is_copy_assignable_v<internal::RefCountHelper>);
 }
 
+void takeAndDropReferences(const ObjectPtr<IThing>& thing) {
+  for (int round = 0; round < 1000; ++round) {
+    ObjectPtr<IThing> copy(thing);
+    copy = ObjectPtr<IThing>();
+  }
+}
+
 TEST(RefCountImpl, CountsFromSeveralThreadsUnderAClassWideLock) {
   static QVLock lock;
   int deaths = 0;
   {
     const ObjectPtr<IThing> thing(new Thing(countInto(deaths), &lock));
     std::vector<std::thread> threads;
-    for (int i = 0; i < 4; ++i) {
-      threads.emplace_back([&thing] {
-        for (int round = 0; round < 1000; ++round) const ObjectPtr<IThing> copy(thing);
-      });
-    }
+    for (int i = 0; i < 4; ++i) threads.emplace_back([&thing] { takeAndDropReferences(thing); });
     for (std::thread& thread : threads) thread.join();
     EXPECT_EQ(countOf(thing.get()), 1u);
     EXPECT_EQ(deaths, 0);
@@ -196,12 +199,17 @@ TEST(ObjectPtr, TakesAReferenceOnARawPointer) {
 
 TEST(ObjectPtr, CopyTakesAReferenceOfItsOwn) {
   const ObjectPtr<IThing> first(new Thing);
-  {
-    const ObjectPtr<IThing> copy(first);
-    EXPECT_EQ(countOf(first.get()), 2u);
-    EXPECT_EQ(copy.get(), first.get());
-  }
+  ObjectPtr<IThing> copy(first);
+  EXPECT_EQ(countOf(first.get()), 2u);
+  EXPECT_EQ(copy.get(), first.get());
+  copy = ObjectPtr<IThing>();
   EXPECT_EQ(countOf(first.get()), 1u);
+}
+
+TEST(ObjectPtr, DestructionReleasesTheObject) {
+  int deaths = 0;
+  { const ObjectPtr<IThing> pointer(new Thing(countInto(deaths))); }
+  EXPECT_EQ(deaths, 1);
 }
 
 TEST(ObjectPtr, ConvertsToABaseInterfaceWithAReferenceOfItsOwn) {

@@ -13,7 +13,7 @@
 namespace QV_2_9::internal {
 
 /// The source text that stands in every trace line.
-inline constexpr const char* kTraceSource = "vcs\\quiver\\src\\qv_search";
+inline constexpr const char* kTraceSource = R"(vcs\quiver\src\qv_search)";
 
 /// Returns the channel; it is built when the library is loaded.
 vesk_1_8::LogInfo& traceChannel();

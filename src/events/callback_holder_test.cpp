@@ -17,6 +17,10 @@ namespace {
 using Callback = CallbackWithLock;
 using Holder = CallbackHolder<Callback>;
 
+Holder copyOf(const Holder& holder) {
+  return holder;
+}
+
 TEST(CallbackHolder, IsEmptyAtFirst) {
   const Holder holder;
   EXPECT_EQ(holder.getCallback(), nullptr);
@@ -69,7 +73,7 @@ TEST(CallbackHolder, IsEmptiedByDisconnectAndMayAttachAgain) {
 TEST(CallbackHolder, CopyIsAHandlerOfItsOwn) {
   Callback callback;
   Holder first(&callback);
-  const Holder copy(first);
+  const Holder copy = copyOf(first);
   EXPECT_EQ(copy.getCallback(), &callback);
   EXPECT_EQ(copy.getLock(), &callback.lock);
   callback.disconnectHandlers();
@@ -80,7 +84,7 @@ TEST(CallbackHolder, CopyIsAHandlerOfItsOwn) {
 TEST(CallbackHolder, DestroyedCopyTakesOnlyItselfOut) {
   Callback callback;
   Holder first(&callback);
-  { const Holder copy(first); }
+  { const Holder copy = copyOf(first); }
   EXPECT_EQ(first.getCallback(), &callback);
   callback.disconnectHandlers();
   EXPECT_EQ(first.getCallback(), nullptr);
@@ -91,7 +95,7 @@ TEST(CallbackHolder, CopyOfAnEmptiedHolderHasNoLock) {
   const Holder first(&callback);
   callback.disconnectHandlers();
   EXPECT_EQ(first.getLock(), &callback.lock);
-  const Holder copy(first);
+  const Holder copy = copyOf(first);
   EXPECT_EQ(copy.getCallback(), nullptr);
   EXPECT_EQ(copy.getLock(), nullptr);
 }
@@ -179,7 +183,7 @@ TEST(CallbackHolder, AttachesAndDetachesOnSeveralThreads) {
     threads.emplace_back([&] {
       for (int round = 0; round < 50; ++round) {
         const Holder holder(&callback);
-        const Holder copy(holder);
+        const Holder copy = copyOf(holder);
         if (copy.getCallback() != &callback)
           ++wrong;
       }

@@ -14,7 +14,7 @@ class MessageSlot final {
  public:
   void set(const ObjectPtr<Message>& message) { m_message = message; }
   ObjectPtr<Message> get() const { return m_message; }
-  static ILock* lock() { return &s_lock; }
+  ILock* lock() { return &s_lock; }
 
  private:
   static inline QVLock s_lock;
