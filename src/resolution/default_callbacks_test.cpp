@@ -23,6 +23,7 @@ using internal::BinOps;
 using internal::FileList;
 using internal::NoInvalidFiles;
 using internal::NoValidator;
+using internal::pathOf;
 using internal::SoughtFile;
 using internal::SrcOps;
 using internal::SymOps;
@@ -66,13 +67,7 @@ class DefaultCallbacks : public testing::Test {
 
   void remember(const wchar_t* path) const { Ops::addAssociation(*history, kFile, path); }
 
-  /// The remembered path; "(negative)" and "(none)" as they say.
-  std::wstring remembered() const {
-    const ObjectPtr<IFileAssociation> association = Ops::findAssociation(*history, kFile);
-    if (!association)
-      return L"(none)";
-    return association->getPath() ? association->getPath() : L"(negative)";
-  }
+  std::wstring remembered() const { return pathOf(Ops::findAssociation(*history, kFile)); }
 
   bool start(DefaultSearchStartedCallback& callback) {
     suggestions.m_list.clear();
@@ -355,10 +350,10 @@ TEST(DefaultCallbackEntries, EveryCategoryRecordsUnderItsOwnNames) {
   callback->onSymFilesFound(L"f", L"b", L"1", files);
   callback->onSymFilesFound(L"f", L"b", L"2", files);
   callback->onSrcFilesFound(L"f", L"b", L"1", files);
-  EXPECT_STREQ(history->findBinFileAssociation(L"f")->getPath(), L"/bin");
-  EXPECT_STREQ(history->findSymFileAssociation(L"f", L"b", L"1")->getPath(), L"/sym");
-  EXPECT_STREQ(history->findSymFileAssociation(L"f", L"b", L"2")->getPath(), L"/sym2");
-  EXPECT_STREQ(history->findSrcFileAssociation(L"f", L"b", L"1")->getPath(), L"/src");
+  EXPECT_EQ(pathOf(history->findBinFileAssociation(L"f")), L"/bin");
+  EXPECT_EQ(pathOf(history->findSymFileAssociation(L"f", L"b", L"1")), L"/sym");
+  EXPECT_EQ(pathOf(history->findSymFileAssociation(L"f", L"b", L"2")), L"/sym2");
+  EXPECT_EQ(pathOf(history->findSrcFileAssociation(L"f", L"b", L"1")), L"/src");
 }
 
 TEST(DefaultCallbackEntries, HandlersLetGoOfTheHistoryAgain) {

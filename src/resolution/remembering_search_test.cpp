@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "resolution/search_manipulator_fixture.h"
+#include "resolution/test_doubles.h"
 #include "search/test_doubles.h"
 #include "support/callbacks.h"
 #include "support/matchers.h"
@@ -40,11 +41,7 @@ class RememberingSearch : public SearchManipulatorTest {
     return asked;
   }
   std::wstring remembered(const wchar_t* name = L"app.dll") const {
-    const ObjectPtr<IFileAssociation> association =
-        manipulator->getSearchHistory()->findBinFileAssociation(name);
-    if (!association)
-      return L"(none)";
-    return association->getPath() ? association->getPath() : L"(negative)";
+    return internal::pathOf(manipulator->getSearchHistory()->findBinFileAssociation(name));
   }
 
   ScriptedRoutines system;

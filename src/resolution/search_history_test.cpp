@@ -7,17 +7,12 @@
 #include <gtest/gtest.h>
 
 #include "quiver/search_dirs.h"
+#include "resolution/test_doubles.h"
 
 namespace QV_2_9 {
 namespace {
 
-/// The remembered path; "(negative)" when the file is to stay unresolved, "(none)" without entry.
-std::wstring pathOf(const ObjectPtr<IFileAssociation>& association) {
-  if (!association)
-    return L"(none)";
-  const wchar_t* path = association->getPath();
-  return path ? path : L"(negative)";
-}
+using internal::pathOf;
 
 /// A history with one entry per category, all under the same names.
 ObjectPtr<ISearchHistory> filledHistory() {

@@ -10,6 +10,7 @@
 
 #include "quiver/object.h"
 #include "quiver/search_dirs.h"
+#include "quiver/search_history.h"
 #include "quiver/search_results.h"
 #include "quiver/validation.h"
 
@@ -43,6 +44,14 @@ inline std::vector<std::wstring> dirsOf(const ObjectPtr<ISearchDirIterator>& ite
   std::vector<std::wstring> dirs;
   for (const DirEntry& entry : entriesOf(iterator)) dirs.push_back(entry.dir);
   return dirs;
+}
+
+/// The remembered path; "(negative)" when the file is to stay unresolved, "(none)" without entry.
+inline std::wstring pathOf(const ObjectPtr<IFileAssociation>& association) {
+  if (!association)
+    return L"(none)";
+  const wchar_t* path = association->getPath();
+  return path ? path : L"(negative)";
 }
 
 /// Hands out the files it was made with, and counts how it was used.
