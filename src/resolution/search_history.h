@@ -3,10 +3,10 @@
 
 #pragma once
 
-#include <compare>
 #include <cstdint>
 #include <map>
 #include <string>
+#include <tuple>
 
 #include "quiver/ref_count.h"
 #include "quiver/search_history.h"
@@ -29,7 +29,9 @@ struct FileRequestKey {
   std::wstring binary;
   std::wstring checksum;
 
-  auto operator<=>(const FileRequestKey&) const = default;
+  bool operator<(const FileRequestKey& other) const {
+    return std::tie(name, binary, checksum) < std::tie(other.name, other.binary, other.checksum);
+  }
 };
 
 class SearchHistory final : public RefCountImpl<ISearchHistory> {

@@ -4,12 +4,15 @@
 
 namespace QV_2_9 {
 
+// Arguments by value are what callers were compiled with.
+// NOLINTBEGIN(performance-unnecessary-value-param)
 ObjectPtr<ISearchManipulator> createSearchManipulatorByContext(
     ObjectPtr<IResolutionContext> context,
     ObjectPtr<IEditableSearchDirContainer> searchDirs,
     ObjectPtr<ISearchHistory> history) {
   return new SearchManipulator(context, searchDirs, history);
 }
+// NOLINTEND(performance-unnecessary-value-param)
 
 SearchManipulator::SearchManipulator(const ObjectPtr<IResolutionContext>& context,
                                      const ObjectPtr<IEditableSearchDirContainer>& searchDirs,
