@@ -3,6 +3,7 @@
 #include "paku/file_search.h"
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <unordered_set>
 
@@ -23,19 +24,24 @@ void FileSearch::clearSearchDirectories() {
 
 void FileSearch::find(const String& name, IFileScanCallback& callback) const {
   const PathStyle style = internal::systemPathStyle();
-  const internal::SearchName sought(name.text(), style);
-  if (sought.tails().empty())
-    return;
+  std::optional<internal::SearchName> sought;  // taken apart once there is a place to look
   std::unordered_set<std::wstring> reported;
   const std::vector<SearchDirectory> directories = m_directories;  // the callback may change them
   for (auto it = directories.begin(); it != directories.end(); ++it) {
     if (std::find(directories.begin(), it, *it) != it)
       continue;  // a second time it has nothing new to report
+    const internal::DirectoryTree tree(it->path);
+    if (!tree.isOpen())
+      continue;
+    if (!sought)
+      sought.emplace(name.text(), style);
+    if (sought->tails().empty())
+      return;
     const internal::FoundBelow found = [&](const std::wstring& below) {
       const auto [path, isNew] = reported.insert(internal::pathUnder(it->path, style, below));
       return !isNew || callback.onFileFound(*path);
     };
-    if (!internal::TreeSearch(it->path, sought.tails(), found).run(it->depth))
+    if (!internal::TreeSearch(tree, sought->tails(), found).run(it->depth))
       return;
   }
 }

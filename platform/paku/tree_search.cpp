@@ -23,8 +23,6 @@ std::wstring restBelow(std::wstring first, Tail tail) {
 }  // namespace
 
 bool TreeSearch::run(int depth) {
-  if (!m_tree.isOpen())
-    return true;
   if (!reportWholeNameHere())
     return false;
   std::vector<std::wstring> names;

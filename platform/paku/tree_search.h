@@ -21,8 +21,9 @@ using FoundBelow = std::function<bool(const std::wstring& below)>;
 /// order and wait for its end.
 class TreeSearch final {
  public:
-  TreeSearch(const std::wstring& directory, const std::vector<Tail>& tails, const FoundBelow& found)
-      : m_tree(directory), m_tails(tails), m_found(found), m_waiting(tails.size()) {}
+  /// `tree` is open; all three are borrowed.
+  TreeSearch(const DirectoryTree& tree, const std::vector<Tail>& tails, const FoundBelow& found)
+      : m_tree(tree), m_tails(tails), m_found(found), m_waiting(tails.size()) {}
 
   /// Returns false when `found` ended the search.
   bool run(int depth);
@@ -39,7 +40,7 @@ class TreeSearch final {
   void addFolded(const NameMatch& match);
   bool reportWaiting() const;
 
-  DirectoryTree m_tree;
+  const DirectoryTree& m_tree;
   const std::vector<Tail>& m_tails;
   const FoundBelow& m_found;
   std::vector<Waiting> m_waiting;  // one per tail

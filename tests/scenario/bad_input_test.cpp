@@ -62,7 +62,7 @@ INSTANTIATE_TEST_SUITE_P(BadInput,
                                          OddName{"manyComponents",
                                                  [] {
                                                    std::wstring name;
-                                                   for (int i = 0; i < 1000; ++i) name += L"d/";
+                                                   for (int i = 0; i < 5000; ++i) name += L"d/";
                                                    return name + L"f";
                                                  }()},
                                          OddName{"loneSurrogate", L"a\xD800.txt"},
