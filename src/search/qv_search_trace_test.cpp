@@ -1,18 +1,15 @@
 // Tests of the trace that a lookup writes: scope, source, line and text of every line, for each
 // road through a search, and silence while tracing is off.
 
-#include <memory>
 #include <ostream>
 #include <string>
-#include <utility>
+#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "vesk/trace_capture.h"
 
-#include "config/search_env_text.h"
-#include "core/lock.h"
 #include "core/trace.h"
 #include "quiver/file_search.h"
 #include "quiver/ref_count.h"
