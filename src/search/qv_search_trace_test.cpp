@@ -40,7 +40,6 @@ void PrintTo(const Line& line, std::ostream* out) {
 using Lines = std::vector<Line>;
 
 constexpr const char* kConstructor = "QV_2_9::FileSearch::FileSearch";
-constexpr const char* kFindBin = "QV_2_9::FileSearch::findBinFile";
 constexpr const char* kFindSym = "QV_2_9::FileSearch::findSymFile";
 constexpr const char* kFindSrc = "QV_2_9::FileSearch::findSrcFile";
 constexpr const char* kFindFile = "QV_2_9::FileSearch::findFile";
@@ -51,7 +50,7 @@ const Line kNoSuggestions{
     931,
     "Suggested resolutions after callback: suggestedResolutions: [StringContainer: m_list = ]"};
 const Line kNothingInSteps{kNext, 1196, "Nothing found"};
-const Line kSearchingA{kFindBin, 1047, "Searching bin file:a.dll"};
+const Line kSearchingA{"QV_2_9::FileSearch::findBinFile", 1047, "Searching bin file:a.dll"};
 
 std::string narrow(const std::wstring& text) {
   return {text.begin(), text.end()};
