@@ -24,8 +24,14 @@ struct FindOptions {
   std::wstring name;
   std::vector<SearchDirectory> directories;
   std::vector<std::wstring> archives;
+  std::vector<std::wstring> results;  ///< Result directories, the nearest first.
+  bool isArchivingFound = false;
   std::optional<std::wstring> binary;
+  // At most one check: the MD5, the time and the size, or the reference file.
   std::optional<std::wstring> md5;
+  std::optional<std::int64_t> modificationTime;
+  std::optional<std::int64_t> size;
+  std::optional<std::wstring> notNewerThan;
   std::optional<std::wstring> suggestion;
   std::optional<std::int32_t> osType;
   bool isAll = false;

@@ -34,7 +34,13 @@ constexpr const char* kSrcExamples =
     "      lists every parse.c in both trees\n"
     "  quiver find src 'C:\\ci\\parse.c' -d ~/src,recursive --md5 "
     "9e107d9d372bb6826bd81d3542a419d6\n"
-    "      takes only the version that the binary was built from\n";
+    "      takes only the version that the binary was built from\n"
+    "  quiver find src parse.c -d ~/src --mtime 1700000000 --size 5120\n"
+    "      the same by time and size\n"
+    "  quiver find src parse.c -d ~/src --not-newer-than ~/builds/app\n"
+    "      not what was changed after the build\n"
+    "  quiver find src parse.c -d ~/src --result ~/results/r1 --archive-found\n"
+    "      keeps a copy with the result; the next search answers with it\n";
 
 }  // namespace
 

@@ -27,8 +27,8 @@ inline constexpr const char* kFindExamples =
     "Exit status: 0 found, 1 not found, 2 usage or output error.\n"
     "\n"
     "The steps, in this order, until a file is found:\n"
-    "  1  archive directories         --archive\n"
-    "  2  high-priority directories   --dir PATH,high\n"
+    "  1  archive directories         the archive of --result; --archive\n"
+    "  2  high-priority directories   the folders of --result; --dir PATH,high\n"
     "  3  the recorded name itself\n"
     "  4  system directories          search path, library and symbol directories\n"
     "  5  around the binary           --binary\n"
@@ -37,6 +37,7 @@ inline constexpr const char* kFindExamples =
     "Examples:\n"
     "  quiver find bin libparse.so -d /opt/product,recursive\n"
     "  quiver find src 'C:\\ci\\lib\\parse.c' -d ~/checkout -d ~/old,recursive --all -v\n"
+    "  quiver find src parse.c -d ~/checkout --result ~/results/r1 --archive-found\n"
     "\n"
     "See 'quiver find bin --help', 'quiver find sym --help', 'quiver find src --help'.\n";
 

@@ -5,6 +5,7 @@
 
 #include "lookup_callbacks.h"
 #include "quiver/quiver.h"
+#include "result_scope.h"
 #include "text_encoding.h"
 
 namespace quiver_tool {
@@ -14,7 +15,7 @@ using QV_2_9::IChecksum;
 using QV_2_9::IChecksumCalculator;
 using QV_2_9::IEditableEnvironmentInfo;
 using QV_2_9::IEditableSearchDirContainer;
-using QV_2_9::IEditableSearchEnv;
+using QV_2_9::IEnvironmentInfo;
 using QV_2_9::IFileSearch;
 using QV_2_9::IValidatorCallback;
 
@@ -36,16 +37,12 @@ ObjectPtr<IEditableSearchDirContainer> archiveDirs(const FindOptions& options) {
   return dirs;
 }
 
-ObjectPtr<IEditableSearchEnv> environment(const FindOptions& options) {
-  ObjectPtr<IEditableSearchEnv> env = IEditableSearchEnv::create();
-  env->setSearchDirs(searchDirs(options));
-  env->setArchiveSearchDirs(archiveDirs(options));
-  if (options.osType) {
-    ObjectPtr<IEditableEnvironmentInfo> info = IEditableEnvironmentInfo::create();
-    info->setOSType(*options.osType);
-    env->setEnvironmentInfo(info);
-  }
-  return env;
+ObjectPtr<IEnvironmentInfo> environmentInfo(const FindOptions& options) {
+  if (!options.osType)
+    return nullptr;
+  const ObjectPtr<IEditableEnvironmentInfo> info = IEditableEnvironmentInfo::create();
+  info->setOSType(*options.osType);
+  return info;
 }
 
 ObjectPtr<IChecksum> expectedChecksum(const FindOptions& options) {
@@ -93,6 +90,10 @@ bool isDirectory(const std::wstring& path) {
 
 std::vector<std::wstring> missingDirectories(const FindOptions& options) {
   std::vector<std::wstring> missing;
+  for (const std::wstring& path : options.results) {
+    if (!isDirectory(path))
+      missing.push_back(path);
+  }
   for (const std::wstring& path : options.archives) {
     if (!isDirectory(path))
       missing.push_back(path);
@@ -110,23 +111,38 @@ bool isSuggestionMissing(const FindOptions& options) {
   return options.suggestion && !std::filesystem::exists(toNativePath(*options.suggestion), ignored);
 }
 
-}  // namespace
-
-Outcome lookUp(const FindOptions& options) {
+Outcome lookUpWith(const FindOptions& options, IValidatorCallback& check) {
   Outcome outcome;
   ChoosingCallback choosing(options.isAll);
   ShowingCallback showing(choosing, outcome);
-  ObjectPtr<IEditableSearchEnv> env = environment(options);
-  env->setFilesFoundCallback(&choosing);
-  env->setNoFilesFoundCallback(&showing);
-
-  QV_2_9::ChecksumValidator check(options.category, expectedChecksum(options));
-  const ObjectPtr<IFileSearch> search = IFileSearch::create(env);
+  ResultScope scope(options.results);
+  scope.setSearchDirs(searchDirs(options));
+  scope.setCallbacks(choosing, showing);
+  const ObjectPtr<IFileSearch> search =
+      IFileSearch::create(scope.createSearchEnv(archiveDirs(options), environmentInfo(options)));
   if (const ObjectPtr<IValidFile> file = ask(*search, options, check))
     outcome.found = toFoundFile(*file);
+  if (outcome.found && options.isArchivingFound)
+    outcome.archived = scope.archive(outcome.found->path, options.category);
   outcome.missingDirectories = missingDirectories(options);
   outcome.isSuggestionMissing = isSuggestionMissing(options);
   return outcome;
+}
+
+}  // namespace
+
+Outcome lookUp(const FindOptions& options) {
+  if (options.notNewerThan) {
+    QV_2_9::SourceFileUpToDateCheckValidator check(options.notNewerThan->c_str());
+    return lookUpWith(options, check);
+  }
+  if (options.modificationTime || options.size) {
+    QV_2_9::SourceFileTimeAndSizeMatchValidator check(options.modificationTime.value_or(0),
+                                                      options.size.value_or(0));
+    return lookUpWith(options, check);
+  }
+  QV_2_9::ChecksumValidator check(options.category, expectedChecksum(options));
+  return lookUpWith(options, check);
 }
 
 }  // namespace quiver_tool

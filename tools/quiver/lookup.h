@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "command_line.h"
+#include "quiver/resolution_context.h"
 
 namespace quiver_tool {
 
@@ -31,10 +32,11 @@ struct Outcome {
   std::vector<RejectedFile> rejected;
   std::vector<std::wstring> missingDirectories;  ///< Given for this kind of file, but no directory.
   bool isSuggestionMissing = false;
+  std::optional<QV_2_9::archive_result_t> archived;  ///< What became of the answer's copy.
 };
 
 /// Looks for the file. The first valid file is the answer; with `isAll` the remaining steps run
-/// too.
+/// too. With `isArchivingFound` the answer is copied into the nearest archive.
 Outcome lookUp(const FindOptions& options);
 
 }  // namespace quiver_tool

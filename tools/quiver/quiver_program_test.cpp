@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "program_fixture.h"
 #include "run_program.h"
 #include "support/temp_tree.h"
 #include "text_encoding.h"
@@ -26,16 +27,6 @@ using testing::StartsWith;
 
 constexpr const char* kMd5OfNew = "22af645d1859cb5ca6da0c484f1f37ea";      // "new"
 constexpr const char* kMd5OfNothing = "d41d8cd98f00b204e9800998ecf8427e";  // ""
-
-class Program : public testing::Test {
- protected:
-  std::string path(const char* name) const { return toBytes(m_tree.path(name)); }
-  std::string add(const char* name, const char* content = "") {
-    return toBytes(m_tree.addFile(name, content));
-  }
-
-  TempTree m_tree;
-};
 
 TEST_F(Program, PrintsThePathAndNothingElse) {
   const std::string file = add("src/a.c");

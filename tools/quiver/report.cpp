@@ -70,6 +70,11 @@ std::string details(const FindOptions& options, const Outcome& outcome) {
   return text;
 }
 
+std::string archivedText(const Outcome& outcome) {
+  return toBytes(outcome.found->path) + ": " + archiveWords(*outcome.archived) + " (code " +
+         std::to_string(*outcome.archived) + ")";
+}
+
 std::string paths(const FindOptions& options, const Outcome& outcome) {
   if (!outcome.found)
     return "";
@@ -98,6 +103,8 @@ Report makeReport(const FindOptions& options, const Outcome& outcome) {
   Report report;
   report.out = options.isJson ? toJson(options, outcome) : paths(options, outcome);
   report.err = details(options, outcome);
+  if (outcome.archived)
+    report.err += line(archivedText(outcome));
   if (!outcome.found)
     report.err += line(notFoundSentence(options, outcome));
   return report;

@@ -42,6 +42,12 @@ Json toJsonArray(const std::vector<File>& files) {
   return array;
 }
 
+Json archivedObject(const std::optional<QV_2_9::archive_result_t>& code) {
+  if (!code)
+    return Json();
+  return {{"code", static_cast<std::int32_t>(*code)}, {"code_text", archiveWords(*code)}};
+}
+
 const char* kindWord(QV_2_9::search_category_t category) {
   switch (category) {
     case QV_2_9::scSymbolFiles:
@@ -65,6 +71,7 @@ std::string toJson(const FindOptions& options, const Outcome& outcome) {
   document["missing_directories"] = Json::array();
   for (const std::wstring& path : outcome.missingDirectories)
     document["missing_directories"].push_back(text(path));
+  document["archived"] = archivedObject(outcome.archived);
   document["message"] = outcome.found ? Json() : Json(notFoundSentence(options, outcome));
   return document.dump(kIndent, ' ', false, Json::error_handler_t::replace) + "\n";
 }

@@ -26,6 +26,7 @@ TEST(ReportJson, HoldsEverythingOfAFoundFile) {
   outcome.candidates = {*outcome.found, FoundFile{L"/t/a.c", 6, 1}};
   outcome.rejected = {{L"/r/a.c", 2, 1, L"%ChecksumMismatch"}};
   outcome.missingDirectories = {L"/none"};
+  outcome.archived = QV_2_9::arAlreadyArchived;
   const json expected = json::parse(R"({
     "kind": "src",
     "name": "a.c",
@@ -41,6 +42,7 @@ TEST(ReportJson, HoldsEverythingOfAFoundFile) {
        "code": 1, "code_text": "the source differs",
        "message": "%ChecksumMismatch", "reason": "has another checksum"}],
     "missing_directories": ["/none"],
+    "archived": {"code": 6, "code_text": "already in the archive"},
     "message": null})");
   EXPECT_EQ(json::parse(toJson(optionsFor(L"a.c"), outcome)), expected);
 }
@@ -51,6 +53,7 @@ TEST(ReportJson, IsWholeWhenNothingWasFound) {
   EXPECT_EQ(document.at("candidates"), json::array());
   EXPECT_EQ(document.at("rejected"), json::array());
   EXPECT_EQ(document.at("missing_directories"), json::array());
+  EXPECT_EQ(document.at("archived"), nullptr);
   EXPECT_EQ(document.at("message"),
             "no source file found for 'a.c': no candidate existed in any place searched");
 }

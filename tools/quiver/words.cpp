@@ -18,7 +18,7 @@ constexpr Reason kReasons[] = {
     {L"%CantOpenFile", "cannot be opened"},
     {L"%ChecksumMismatch", "has another checksum"},
     {L"%ModificationTimeOrSizeMismatch", "has another modification time or size"},
-    {L"%SourceFileUpToDate", "is newer than the binary"},
+    {L"%SourceFileUpToDate", "is newer than the reference file"},
 };
 
 }  // namespace
@@ -72,6 +72,26 @@ const char* codeWords(std::int32_t code) {
     default:
       return "code of the check";
   }
+}
+
+const char* archiveWords(QV_2_9::archive_result_t code) {
+  switch (code) {
+    case QV_2_9::arArchived:
+      return "archived";
+    case QV_2_9::arAlreadyArchived:
+      return "already in the archive";
+    case QV_2_9::arNoChecksumCalculator:
+      return "not archived, checksums cannot be computed";
+    case QV_2_9::arNoChecksum:
+      return "not archived, the file cannot be read";
+    case QV_2_9::arCannotCreateDirectory:
+      return "not archived, a folder of the archive cannot be made";
+    case QV_2_9::arCopyFailed:
+      return "not archived, the copy cannot be written";
+    case QV_2_9::arNoArchiveDir:
+      return "not archived, there is no archive";
+  }
+  return "not archived, for an unknown reason";
 }
 
 std::string reasonWords(const std::wstring& message) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "quiver/resolution_context.h"
 #include "quiver/search_dirs.h"
 
 namespace quiver_tool {
@@ -20,6 +21,9 @@ const char* confidenceWords(std::int32_t confidence);
 
 /// Returns what an error code says, for example "the source differs".
 const char* codeWords(std::int32_t code);
+
+/// Returns what became of a file that was to be archived, for example "archived".
+const char* archiveWords(QV_2_9::archive_result_t code);
 
 /// Returns what is wrong with a candidate so that it can follow its path: "cannot be opened" for
 /// "%CantOpenFile". A text that is no key of the catalogue is quoted.

@@ -12,7 +12,7 @@ TEST(Words, TranslateEveryCatalogueKey) {
   EXPECT_EQ(reasonWords(L"%ChecksumMismatch"), "has another checksum");
   EXPECT_EQ(reasonWords(L"%ModificationTimeOrSizeMismatch"),
             "has another modification time or size");
-  EXPECT_EQ(reasonWords(L"%SourceFileUpToDate"), "is newer than the binary");
+  EXPECT_EQ(reasonWords(L"%SourceFileUpToDate"), "is newer than the reference file");
 }
 
 TEST(Words, QuoteWhatIsNoKey) {
@@ -29,6 +29,18 @@ TEST(Words, NameEveryStep) {
   EXPECT_STREQ(stepWords(6), "low-priority directories");
   EXPECT_STREQ(stepWords(7), "suggested path");
   EXPECT_STREQ(stepWords(0), "unknown step");
+}
+
+TEST(Words, SayWhatBecameOfAnArchivedFile) {
+  EXPECT_STREQ(archiveWords(QV_2_9::arArchived), "archived");
+  EXPECT_STREQ(archiveWords(QV_2_9::arAlreadyArchived), "already in the archive");
+  EXPECT_STREQ(archiveWords(QV_2_9::arNoChecksumCalculator),
+               "not archived, checksums cannot be computed");
+  EXPECT_STREQ(archiveWords(QV_2_9::arNoChecksum), "not archived, the file cannot be read");
+  EXPECT_STREQ(archiveWords(QV_2_9::arCannotCreateDirectory),
+               "not archived, a folder of the archive cannot be made");
+  EXPECT_STREQ(archiveWords(QV_2_9::arCopyFailed), "not archived, the copy cannot be written");
+  EXPECT_STREQ(archiveWords(QV_2_9::arNoArchiveDir), "not archived, there is no archive");
 }
 
 TEST(Words, NameCodesAndConfidence) {
