@@ -10,6 +10,7 @@
 
 #include "os/path_utils.h"
 #include "quiver/checksum.h"
+#include "quiver/source_file_validators.h"
 #include "search/test_doubles.h"
 #include "support/matchers.h"
 #include "support/scoped_directory.h"
@@ -191,6 +192,13 @@ TEST_F(ArchiveTest, AnythingUnderTheFinalNameCountsAsArchived) {
   EXPECT_TRUE(isDirectory(target));
 }
 
+TEST_F(ArchiveTest, CopyItselfIsAlreadyArchived) {
+  ASSERT_EQ(archive(tree.addFile("app.dll", "a")), arArchived);
+  const std::string copy = std::string("archive/binaries/app.dll/") + kMd5OfA + "/app.dll";
+  EXPECT_EQ(archive(tree.path(copy)), arAlreadyArchived);
+  EXPECT_TRUE(isFile(copy));
+}
+
 // --- 7 and the walk through the contexts
 
 TEST_F(ArchiveTest, NoArchiveDirAnywhere) {
@@ -252,6 +260,20 @@ TEST_F(ArchiveTest, ArchiveStepFindsTheVersionThatTheChecksumNames) {
                     0,
                     ssArchiveSearchDirs));
   }
+}
+
+TEST_F(ArchiveTest, ArchivedSourceStillHasItsRecordedTimeAndSize) {
+  internal::ScriptedRoutines system;
+  const std::wstring file = tree.addFile("main.c", "abc");
+  tree.setModificationTime("main.c", kLongAgo);
+  ASSERT_EQ(archive(file, scSourceFiles), arArchived);
+  remove("main.c");
+  SourceFileTimeAndSizeMatchValidator check(kLongAgo, 3);
+  const ObjectPtr<IFileSearch> search = manager->createFileSearch(context.get(), nullptr, nullptr);
+  const std::wstring copy =
+      tree.path("archive/sources/main.c/900150983cd24fb0d6963f7d28e17f72/main.c");
+  EXPECT_THAT(search->findSrcFile(file.c_str(), nullptr, nullptr, &check, nullptr),
+              quiver_test::IsValidFile(copy, 0, ssArchiveSearchDirs));
 }
 
 }  // namespace

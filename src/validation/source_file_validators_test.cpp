@@ -153,6 +153,35 @@ TEST_F(SourceFileValidators, SizeBeyondFourGiBWraps) {
             vrInvalid);
 }
 
+TEST_F(SourceFileValidators, SizeOfFourGiBIsZeroAndNeverMatches) {
+  const std::wstring file = m_tree.addSparseFile("big.cpp", 4 * kGiB);
+  ErrorInfoRecorder errorInfo;
+  EXPECT_EQ(SourceFileTimeAndSizeMatchValidator(0, 4 * kGiB).validate(file.c_str(), errorInfo),
+            vrInvalid);
+  EXPECT_EQ(SourceFileTimeAndSizeMatchValidator(0, 0).validate(file.c_str(), errorInfo),
+            vrUndecided)
+      << "zero is no recorded size";
+}
+
+TEST_F(SourceFileValidators, MissingFileIsRejectedForItsTimeFirst) {
+  const auto time = new ContentMessage<IModificationTimeMismatchMessage>(L"time");
+  const auto size = new ContentMessage<ISizeMismatchMessage>(L"size");
+  m_messages->setModificationTimeMismatchMessage(time);
+  m_messages->setSizeMismatchMessage(size);
+  SourceFileTimeAndSizeMatchValidator validator(kTime, 3);
+  ErrorInfoRecorder errorInfo;
+  validator.validate(m_tree.path("missing").c_str(), errorInfo);
+  EXPECT_THAT(errorInfo.calls(), ElementsAre(L"text time", L"code 1"));
+  EXPECT_THAT(size->details(), IsEmpty());
+}
+
+TEST_F(SourceFileValidators, MessagesAreThoseOfTheConstruction) {
+  m_messages->setSizeMismatchMessage(new ContentMessage<ISizeMismatchMessage>(L"early"));
+  SourceFileTimeAndSizeMatchValidator validator(0, 4);
+  m_messages->setSizeMismatchMessage(new ContentMessage<ISizeMismatchMessage>(L"late"));
+  EXPECT_THAT(rejection(validator), ElementsAre(L"text early", L"code 1"));
+}
+
 class OwnMismatchTexts final : public SourceFileTimeAndSizeMatchValidator {
  public:
   using SourceFileTimeAndSizeMatchValidator::SourceFileTimeAndSizeMatchValidator;
@@ -234,6 +263,31 @@ TEST_F(SourceFileValidators, ReferenceIsExaminedOnce) {
   m_tree.setModificationTime("app", kTime - 10);
   ErrorInfoRecorder errorInfo;
   EXPECT_EQ(validator.validate(m_file.c_str(), errorInfo), vrUndecided);
+}
+
+TEST_F(SourceFileValidators, ReferenceThatAppearsLaterDecidesNothing) {
+  SourceFileUpToDateCheckValidator validator(m_tree.path("app").c_str());
+  m_tree.addFile("app");
+  m_tree.setModificationTime("app", kTime - 10);
+  ErrorInfoRecorder errorInfo;
+  EXPECT_EQ(validator.validate(m_file.c_str(), errorInfo), vrUndecided);
+}
+
+// Intended: time zero says that there is no reference.
+TEST_F(SourceFileValidators, ReferenceOfTheFirstSecondDecidesNothing) {
+  const std::wstring reference = m_tree.addFile("app");
+  m_tree.setModificationTime("app", 0);
+  SourceFileUpToDateCheckValidator validator(reference.c_str());
+  ErrorInfoRecorder errorInfo;
+  EXPECT_EQ(validator.validate(m_file.c_str(), errorInfo), vrUndecided);
+}
+
+TEST_F(SourceFileValidators, MessageForANewerFileThatWritesNoTextLeavesTheKey) {
+  const std::wstring reference = m_tree.addFile("app");
+  m_tree.setModificationTime("app", kTime - 1);
+  m_messages->setSourceFileUpToDateMessage(new ContentMessage<ISourceFileUpToDateMessage>());
+  SourceFileUpToDateCheckValidator validator(reference.c_str());
+  EXPECT_THAT(rejection(validator), ElementsAre(L"text %SourceFileUpToDate", L"code 1"));
 }
 
 TEST_F(SourceFileValidators, NewerFileTakesTheTextOfTheMessage) {
