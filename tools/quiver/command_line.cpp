@@ -3,8 +3,10 @@
 #include "command_line.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <sstream>
 
+#include "archive_grammar.h"
 #include "find_grammar.h"
 #include "help_texts.h"
 #include "text_encoding.h"
@@ -15,19 +17,19 @@ namespace {
 
 using QV_2_9::search_category_t;
 
-struct Kind {
-  const char* word;
-  search_category_t category;
-};
-
-constexpr Kind kKinds[] = {
-    {"bin", QV_2_9::scBinaryFiles},
-    {"sym", QV_2_9::scSymbolFiles},
-    {"src", QV_2_9::scSourceFiles},
-};
+constexpr search_category_t kKinds[] = {
+    QV_2_9::scBinaryFiles, QV_2_9::scSymbolFiles, QV_2_9::scSourceFiles};
 
 Answer usageAnswer(const std::string& complaint, const std::string& help) {
-  return {kExitFailure, "", "quiver: " + escapeControls(complaint) + "\n" + help};
+  return {kExitFailure, "", "quiver: " + escapeControls(withoutMarks(complaint)) + "\n" + help};
+}
+
+// As the option parser takes them.
+std::vector<std::string> reversedArguments(int argc, const char* const* argv) {
+  std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+  markOperands(arguments);
+  std::reverse(arguments.begin(), arguments.end());
+  return arguments;
 }
 
 /// The program's commands, and what each of them answers when it is used wrongly.
@@ -41,15 +43,18 @@ class Grammar final {
     m_find = m_app.add_subcommand("find", kFindDescription);
     m_find->footer(kFindExamples);
     m_find->require_subcommand(1);
-    for (const Kind& kind : kKinds)
-      m_kinds.push_back(addFindCommand(*m_find, kind.word, kind.category));
+    for (const search_category_t kind : kKinds) m_kinds.push_back(addFindCommand(*m_find, kind));
+    m_archive = addArchiveCommand(m_app);
   }
 
   CommandLine parse(int argc, const char* const* argv) {
     CommandLine line;
     try {
-      m_app.parse(argc, argv);
-      line.find = readFindOptions(usedKind());
+      m_app.parse(reversedArguments(argc, argv));
+      if (m_archive.app->parsed())
+        line.archive = readArchiveOptions(m_archive);
+      else
+        line.find = readFindOptions(usedKind());
     } catch (const CLI::Success& success) {
       std::ostringstream out;
       std::ostringstream err;
@@ -78,13 +83,15 @@ class Grammar final {
       if (kind.app->parsed())
         return *kind.app;
     }
+    if (m_archive.app->parsed())
+      return *m_archive.app;
     return m_find->parsed() ? *m_find : m_app;
   }
 
   std::string hint() const {
     const CLI::App& used = usedCommand();
-    const std::string kind = &used == &m_app || &used == m_find ? "" : used.get_name() + " ";
-    return "Try 'quiver " + std::string(m_find->parsed() ? "find " : "") + kind + "--help'.\n";
+    const std::string word = &used == &m_app || &used == m_find ? "" : used.get_name() + " ";
+    return "Try 'quiver " + std::string(m_find->parsed() ? "find " : "") + word + "--help'.\n";
   }
 
   Answer answerTo(const CLI::ParseError& error) const {
@@ -95,7 +102,7 @@ class Grammar final {
     if (rest.empty())
       return {kExitFailure, "", m_app.help()};
     const char* choice = &used == &m_app
-                             ? "' is not a command; the command is 'find'"
+                             ? "' is not a command; the commands are 'find' and 'archive'"
                              : "' is no kind of file; the kinds are 'bin', 'sym', 'src'";
     return usageAnswer("'" + rest.front() + choice, hint());
   }
@@ -103,6 +110,7 @@ class Grammar final {
   CLI::App m_app;
   CLI::App* m_find = nullptr;
   std::vector<FindCommand> m_kinds;
+  ArchiveCommand m_archive;
 };
 
 }  // namespace

@@ -15,7 +15,7 @@ namespace quiver_tool {
 /// How a run ends.
 enum ExitStatus : int {
   kExitFound = 0,     ///< Also after help and version texts.
-  kExitNotFound = 1,  ///< The search ran and no file was found.
+  kExitNotFound = 1,  ///< No file was found, or something in or for an archive is wrong.
   kExitFailure = 2,   ///< A usage error, or output that could not be written.
 };
 
@@ -39,6 +39,16 @@ struct FindOptions {
   bool isVerbose = false;
 };
 
+/// What is asked of the archive of a result directory: to take files in, or to show itself.
+struct ArchiveOptions {
+  std::wstring directory;  ///< The result directory, which exists.
+  std::vector<std::wstring> files;
+  QV_2_9::search_category_t category = QV_2_9::scAllFiles;
+  bool isListing = false;
+  bool isVerifying = false;  ///< Listing, with an exit status of its own.
+  bool isJson = false;
+};
+
 /// A text to print and leave with: help, version, or a usage error.
 struct Answer {
   int status = kExitFound;
@@ -47,7 +57,8 @@ struct Answer {
 };
 
 struct CommandLine {
-  std::optional<Answer> answer;  ///< When set, there is nothing to find.
+  std::optional<Answer> answer;           ///< When set, there is nothing to do.
+  std::optional<ArchiveOptions> archive;  ///< When set, there is nothing to find.
   FindOptions find;
 };
 

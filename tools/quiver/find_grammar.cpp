@@ -9,6 +9,7 @@
 #include "recorded_numbers.h"
 #include "text_encoding.h"
 #include "usage_error.h"
+#include "words.h"
 
 namespace quiver_tool {
 namespace {
@@ -127,9 +128,9 @@ void readPlaces(const FindCommand& command, FindOptions& options) {
 
 }  // namespace
 
-FindCommand addFindCommand(CLI::App& find, const char* word, search_category_t category) {
+FindCommand addFindCommand(CLI::App& find, search_category_t category) {
   FindCommand command;
-  CLI::App& app = *find.add_subcommand(word, kindDescription(category));
+  CLI::App& app = *find.add_subcommand(categoryWord(category), kindDescription(category));
   app.footer(kindExamples(category));
   command.app = &app;
   command.category = category;

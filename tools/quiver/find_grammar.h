@@ -30,8 +30,8 @@ struct FindCommand {
   CLI::Option* verbose = nullptr;
 };
 
-/// Adds the command `word` to `find`.
-FindCommand addFindCommand(CLI::App& find, const char* word, QV_2_9::search_category_t category);
+/// Adds the command for one kind to `find`.
+FindCommand addFindCommand(CLI::App& find, QV_2_9::search_category_t category);
 
 /// Throws `UsageError`.
 FindOptions readFindOptions(const FindCommand& command);

@@ -18,7 +18,9 @@ inline constexpr const char* kProgramExamples =
     "  quiver find sym app.debug --binary ~/builds/app\n"
     "  quiver find src /ci/work/lib/parse.c -d ~/checkout --md5 9e107d9d372bb6826bd81d3542a419d6\n"
     "\n"
-    "See 'quiver find --help' and 'quiver find sym --help'; the manual is quiver(1).\n";
+    "See 'quiver find --help', 'quiver find sym --help' and 'quiver archive --help'; the manual "
+    "is\n"
+    "quiver(1).\n";
 
 inline constexpr const char* kFindDescription = "Finds a file by its recorded name.";
 
@@ -40,6 +42,22 @@ inline constexpr const char* kFindExamples =
     "  quiver find src parse.c -d ~/checkout --result ~/results/r1 --archive-found\n"
     "\n"
     "See 'quiver find bin --help', 'quiver find sym --help', 'quiver find src --help'.\n";
+
+inline constexpr const char* kArchiveDescription =
+    "Copies files into the archive of a result directory, or shows what it holds.";
+
+inline constexpr const char* kArchiveExamples =
+    "Exit status: 0 every file is in the archive, 1 one is not, or --verify found a file that "
+    "does\n"
+    "not agree with its folder, 2 usage or output error.\n"
+    "\n"
+    "Examples:\n"
+    "  quiver archive ~/results/r1 parse.c lexer.c --category src\n"
+    "      copies two sources; 'quiver find src --result ~/results/r1' finds them first\n"
+    "  quiver archive --list ~/results/r1\n"
+    "      name, kind, MD5 and size of every copy\n"
+    "  quiver archive --verify ~/results/r1 && echo sound\n"
+    "      compares every copy with the MD5 that its folder is named by\n";
 
 /// Returns the description of `quiver find bin`, `sym` or `src`.
 const char* kindDescription(QV_2_9::search_category_t category);

@@ -1,8 +1,9 @@
-// quiver: finds the files that an analysis result names. See quiver(1).
+// quiver: finds the files that an analysis result names, and keeps copies of them. See quiver(1).
 
 #include <exception>
 #include <string>
 
+#include "archive_command.h"
 #include "command_line.h"
 #include "lookup.h"
 #include "report.h"
@@ -16,6 +17,8 @@ Answer run(int argc, const char* const* argv) {
   const CommandLine line = parseCommandLine(argc, argv);
   if (line.answer)
     return *line.answer;
+  if (line.archive)
+    return runArchive(*line.archive);
   const Outcome outcome = lookUp(line.find);
   const Report report = makeReport(line.find, outcome);
   return {outcome.found ? kExitFound : kExitNotFound, report.out, report.err};

@@ -45,7 +45,9 @@ INSTANTIATE_TEST_SUITE_P(
         UsageRow{"NoName", {"find", "sym"}, "NAME is required\nTry 'quiver find sym --help'.\n"},
         UsageRow{"EmptyName", {"find", "sym", ""}, "NAME must not be empty"},
         UsageRow{"TwoNames", {"find", "sym", "a", "b"}, "not expected: b"},
-        UsageRow{"UnknownCommand", {"look"}, "'look' is not a command; the command is 'find'"},
+        UsageRow{"UnknownCommand",
+                 {"look"},
+                 "'look' is not a command; the commands are 'find' and 'archive'"},
         UsageRow{"UnknownKind", {"find", "lib", "a"}, "'lib' is no kind of file"},
         UsageRow{"UnknownOption", {"find", "src", "a", "--deep"}, "not expected: --deep"},
         UsageRow{"UnknownFlag", {"find", "src", "a", "-d", "/x,recurse"}, "unknown flag 'recurse'"},
@@ -101,6 +103,23 @@ INSTANTIATE_TEST_SUITE_P(
         UsageRow{"Md5AndAge",
                  {"find", "src", "a", "--md5", kSomeMd5, "--not-newer-than", "/"},
                  "exclude each other"},
+        UsageRow{
+            "ArchiveOfNothing", {"archive"}, "DIR is required\nTry 'quiver archive --help'.\n"},
+        UsageRow{"NothingToArchive",
+                 {"archive", "/"},
+                 "name a FILE to archive, or give --list or --verify"},
+        UsageRow{"EmptyFile", {"archive", "/", "", "--category", "src"}, "FILE must not be empty"},
+        UsageRow{"NoCategory", {"archive", "/", "a"}, "--category is needed: one of 'bin'"},
+        UsageRow{"UnknownCategory",
+                 {"archive", "/", "a", "--category", "lib"},
+                 "--category: 'lib' is none of 'bin', 'sym', 'src', 'all'\n"},
+        UsageRow{"ListOfFiles", {"archive", "--list", "/", "a"}, "take no FILE"},
+        UsageRow{"ListOfACategory",
+                 {"archive", "--list", "/", "--category", "src"},
+                 "--category goes with FILE only"},
+        UsageRow{"JsonOfFiles",
+                 {"archive", "/", "a", "--category", "src", "--json"},
+                 "--json goes with --list and --verify only"},
         UsageRow{"Md5Twice", {"find", "src", "a", "--md5", kSomeMd5, "--md5", kSomeMd5}, "--md5"}),
     [](const auto& test) { return test.param.name; });
 
@@ -132,6 +151,7 @@ INSTANTIATE_TEST_SUITE_P(
         HelpRow{
             "OfBinaries", {"find", "bin", "--help"}, "quiver find bin 'C:\\build\\out\\app.exe'"},
         HelpRow{"OfSymbols", {"find", "sym", "--help"}, "quiver find sym app.debug --binary"},
+        HelpRow{"OfArchive", {"archive", "--help"}, "quiver archive --list ~/results/r1"},
         HelpRow{"OfSources", {"find", "src", "-h"}, "--result ~/results/r1 --archive-found"}),
     [](const auto& test) { return test.param.name; });
 

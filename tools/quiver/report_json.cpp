@@ -48,22 +48,11 @@ Json archivedObject(const std::optional<QV_2_9::archive_result_t>& code) {
   return {{"code", static_cast<std::int32_t>(*code)}, {"code_text", archiveWords(*code)}};
 }
 
-const char* kindWord(QV_2_9::search_category_t category) {
-  switch (category) {
-    case QV_2_9::scSymbolFiles:
-      return "sym";
-    case QV_2_9::scSourceFiles:
-      return "src";
-    default:
-      return "bin";
-  }
-}
-
 }  // namespace
 
 std::string toJson(const FindOptions& options, const Outcome& outcome) {
   Json document;
-  document["kind"] = kindWord(options.category);
+  document["kind"] = categoryWord(options.category);
   document["name"] = text(options.name);
   document["found"] = outcome.found ? toJsonObject(*outcome.found) : Json();
   document["candidates"] = toJsonArray(outcome.candidates);

@@ -36,6 +36,19 @@ const char* categoryWords(QV_2_9::search_category_t category) {
   }
 }
 
+const char* categoryWord(QV_2_9::search_category_t category) {
+  switch (category) {
+    case QV_2_9::scBinaryFiles:
+      return "bin";
+    case QV_2_9::scSymbolFiles:
+      return "sym";
+    case QV_2_9::scSourceFiles:
+      return "src";
+    default:
+      return "all";
+  }
+}
+
 const char* stepWords(std::int32_t step) {
   switch (step) {
     case QV_2_9::ssArchiveSearchDirs:
