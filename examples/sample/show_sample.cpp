@@ -1,9 +1,11 @@
 // Looks every recorded file of the sample up and prints what became of it as a table.
 //
-//   show_sample DIRECTORY
+//   show_sample DIRECTORY COPY
 //
-// DIRECTORY is the output of build_sample. Exit status: 0 when every file was found where it must
-// be, 1 when one was not, 2 when there is nothing to look up.
+// DIRECTORY is the output of build_sample. The files are looked up there, and then in COPY, which
+// is made anew: once to archive every answer, and once more with the originals moved away. Exit
+// status: 0 when every file was found where it must be, 1 when one was not, 2 when there is nothing
+// to look up.
 
 #include <algorithm>
 #include <cstddef>
@@ -17,6 +19,7 @@
 
 #include "lookup.h"
 #include "text_encoding.h"
+#include "text_table.h"
 #include "words.h"
 
 namespace {
@@ -26,6 +29,7 @@ using Row = std::vector<std::string>;
 
 constexpr const char* kFound = "found";
 constexpr std::size_t kFields = 4;
+constexpr const char* kMd5 = "<MD5>";
 
 /// A line of recorded.tsv.
 struct Recorded {
@@ -37,6 +41,7 @@ struct Recorded {
 
 struct Sample {
   std::string directory;
+  bool isArchiving = false;  ///< With a result directory that takes the answers into its archive.
   std::vector<Recorded> files;
 };
 
@@ -62,7 +67,7 @@ Row split(const std::string& line) {
   return fields;
 }
 
-Sample readSample(const char* directory) {
+Sample readSample(const std::filesystem::path& directory) {
   Sample sample;
   sample.directory = std::filesystem::canonical(directory).string();
   std::ifstream file(sample.directory + "/recorded.tsv");
@@ -93,6 +98,9 @@ FindOptions questionAbout(const Recorded& file, const Sample& sample) {
       {QV_2_9::scSourceFiles, local + L"checkout", /*isRecursive=*/true, /*isHighPriority=*/false},
       {QV_2_9::scBinaryFiles, local + L"bin", /*isRecursive=*/false, /*isHighPriority=*/false},
   };
+  if (sample.isArchiving)
+    options.results = {toWide(sample.directory) + L"/result"};
+  options.isArchivingFound = sample.isArchiving;
   return options;
 }
 
@@ -107,6 +115,13 @@ std::string verdict(const Recorded& file, const Outcome& outcome, const Sample& 
   return below(sample.directory, outcome.found->path) == file.expected ? kFound : "WRONG FILE";
 }
 
+// Another compiler makes another program: the table shall be the same everywhere.
+std::string withoutMd5(std::string path, const Recorded& file) {
+  const std::string md5 = toBytes(file.md5);
+  const std::size_t at = path.find(md5);
+  return at == std::string::npos ? path : path.replace(at, md5.size(), kMd5);
+}
+
 std::string numbered(std::int32_t number, const char* words) {
   return std::to_string(number) + " " + words;
 }
@@ -115,7 +130,7 @@ Result report(const Recorded& file, const Outcome& outcome, const Sample& sample
   Result result;
   result.row = {verdict(file, outcome, sample), toBytes(file.name), "-", "-", "-"};
   if (outcome.found) {
-    result.row[2] = below(sample.directory, outcome.found->path);
+    result.row[2] = withoutMd5(below(sample.directory, outcome.found->path), file);
     result.row[3] = numbered(outcome.found->step, stepWords(outcome.found->step));
     result.row[4] = numbered(outcome.found->confidence, confidenceWords(outcome.found->confidence));
   }
@@ -140,43 +155,61 @@ std::vector<Result> lookUpAll(const Sample& sample) {
   return results;
 }
 
-void printTable(const std::vector<Row>& rows) {
-  std::vector<std::size_t> widths(rows.front().size());
-  for (const Row& row : rows) {
-    for (std::size_t i = 0; i < row.size(); ++i) widths[i] = std::max(widths[i], row[i].size());
-  }
-  for (const Row& row : rows) {
-    std::string line;
-    for (std::size_t i = 0; i < row.size(); ++i)
-      line += row[i] + std::string(widths[i] - row[i].size() + 2, ' ');
-    line.erase(line.find_last_not_of(' ') + 1);
-    std::puts(line.c_str());
-  }
-}
-
-int show(const Sample& sample) {
-  const std::vector<Result> results = lookUpAll(sample);
+bool print(const std::vector<Result>& results) {
   std::vector<Row> rows{{"result", "recorded path", "found path", "step", "confidence"}};
   for (const Result& result : results) rows.push_back(result.row);
-  printTable(rows);
+  std::fputs(alignedTable(rows).c_str(), stdout);
   for (const Result& result : results) {
     for (const std::string& remark : result.remarks)
       std::printf("rejected on the way: %s\n", remark.c_str());
   }
-  const bool isAllFound = std::all_of(
+  return std::all_of(
       results.begin(), results.end(), [](const Result& result) { return result.row[0] == kFound; });
-  return isAllFound ? 0 : 1;
+}
+
+Sample copySample(const Sample& sample, const std::filesystem::path& copy) {
+  std::filesystem::remove_all(copy);
+  std::filesystem::copy(sample.directory, copy, std::filesystem::copy_options::recursive);
+  std::filesystem::create_directory(copy / "result");
+  Sample copied = readSample(copy);
+  copied.isArchiving = true;
+  return copied;
+}
+
+// Where the copy of a file must be found.
+std::string placeInArchive(const Recorded& file) {
+  const char* folder = file.category == QV_2_9::scBinaryFiles   ? "binaries"
+                       : file.category == QV_2_9::scSymbolFiles ? "symbols"
+                                                                : "sources";
+  const std::string name = std::filesystem::path(file.expected).filename().string();
+  return std::string("result/archive/") + folder + "/" + name + "/" + toBytes(file.md5) + "/" +
+         name;
+}
+
+/// Looks everything up twice in a copy, the second time with the originals moved away.
+bool showArchive(const Sample& sample, const std::filesystem::path& copy) {
+  Sample copied = copySample(sample, copy);
+  lookUpAll(copied);
+  std::filesystem::rename(copy / "local", copy / "moved");
+  for (Recorded& file : copied.files) file.expected = placeInArchive(file);
+  std::puts("\nonce more, from the archive, the originals moved away:");
+  const bool isAllFound = print(lookUpAll(copied));
+  std::filesystem::rename(copy / "moved", copy / "local");
+  return isAllFound;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::fputs("usage: show_sample DIRECTORY\n", stderr);
+  if (argc != 3) {
+    std::fputs("usage: show_sample DIRECTORY COPY\n", stderr);
     return 2;
   }
   try {
-    return show(readSample(argv[1]));
+    const Sample sample = readSample(argv[1]);
+    const bool isAllFound = print(lookUpAll(sample));
+    const bool isAllArchived = showArchive(sample, argv[2]);
+    return isAllFound && isAllArchived ? 0 : 1;
   } catch (const std::exception& error) {
     std::fprintf(stderr, "show_sample: %s\n", error.what());
     return 2;
