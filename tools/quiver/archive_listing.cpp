@@ -1,8 +1,10 @@
 #include "archive_listing.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <filesystem>
 #include <system_error>
+#include <utility>
 
 #include "quiver/checksum.h"
 #include "text_encoding.h"

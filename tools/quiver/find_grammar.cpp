@@ -31,16 +31,13 @@ void addPlaces(CLI::App& app, FindCommand& command) {
       "--archive",
       "DIR",
       "Archive directory: the tree DIR/<file name> holds copies of the file; may be repeated");
-  command.result = addText(app,
-                           "--result",
-                           "DIR",
-                           "Result directory: search its archive and its folders before the "
-                           "directories of --archive and --dir");
+  command.result =
+      addText(app, "--result", "DIR", "Result directory: search its archive and its folders too");
   command.parents = addTexts(app,
                              "--parent",
                              "DIR",
-                             "Further result directory, searched after all others; may be "
-                             "repeated, the nearest first");
+                             "Further result directory behind that of --result; may be repeated, "
+                             "the nearest first");
   command.archiveFound = addFlag(
       app, "--archive-found", "Copy the file that was found into the archive of the result");
 }
