@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -131,6 +132,10 @@ struct ForeignRow {
   const char* file;
   const char* shown;
 };
+
+void PrintTo(const ForeignRow& row, std::ostream* out) {
+  *out << row.name;
+}
 
 class ForeignInArchive : public ProgramWithArchive,
                          public testing::WithParamInterface<ForeignRow> {};

@@ -169,8 +169,8 @@ TEST_F(ProgramWithResults, NamesResultDirectoriesThatDoNotExist) {
                 path("none") + ", " + path("gone") + "\n");
 }
 
-TEST_F(ProgramWithResults, TakesADirectoryThatIsNamedTwice) {
-  const std::string file = add("r/a.c");
+TEST_F(ProgramWithResults, SearchesAllParentsWhenADirectoryIsNamedTwice) {
+  const std::string file = add("p/a.c");
   const RunResult run = runProgram({"find",
                                     "src",
                                     "a.c",

@@ -12,8 +12,8 @@ namespace quiver_tool {
 /// Owns the manager's memory of the run: keep one at a time.
 class ResultScope final {
  public:
-  /// `directories`: the nearest first. One that is named again counts once: a chain that leads back
-  /// to itself would never end.
+  /// `directories`: the nearest first. One that is named again counts where it came first:
+  /// linking it twice would cut off what is between.
   explicit ResultScope(const std::vector<std::wstring>& directories);
 
   /// Searches `dirs` too, after the nearest result's own folders.
