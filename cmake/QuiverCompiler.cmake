@@ -7,7 +7,11 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 
 # Only what QV_API marks leaves the shared library. Types stay visible so that run-time type
 # information is one object per process; functions and variables are hidden.
-add_compile_options(-fvisibility-ms-compat)
+if(WIN32)
+  add_compile_definitions(UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
+else()
+  add_compile_options(-fvisibility-ms-compat)
+endif()
 
 # Paths below the checkout are hashed as relative ones, so that one checkout uses what another built.
 find_program(QUIVER_CCACHE ccache)

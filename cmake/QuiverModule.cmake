@@ -10,6 +10,7 @@ include(GoogleTest)
 
 if(WIN32)
   set(QUIVER_OTHER_SYSTEM "_posix(_test)?\\.cpp$")
+  find_package(Python3 REQUIRED COMPONENTS Interpreter)
 else()
   set(QUIVER_OTHER_SYSTEM "_win32(_test)?\\.cpp$")
 endif()
@@ -25,6 +26,17 @@ function(quiver_sources sources tests)
   set(${tests} ${found_tests} PARENT_SCOPE)
 endfunction()
 
+# Lets ctest run a GoogleTest program: test by test, or where starting a program is slow, as a whole.
+function(quiver_run_tests name)
+  if(NOT WIN32)
+    gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60)
+    return()
+  endif()
+  add_test(NAME ${name}
+    COMMAND Python3::Interpreter "${PROJECT_SOURCE_DIR}/scripts/run_windows_test"
+      "$<TARGET_FILE:${name}>" "${PROJECT_BINARY_DIR}/test_results/${name}.json")
+endfunction()
+
 # Adds a GoogleTest program. Arguments after the name: SOURCES files, LIBRARIES targets.
 function(quiver_test_program name)
   cmake_parse_arguments(arg "" "" "SOURCES;LIBRARIES" ${ARGN})
@@ -36,7 +48,7 @@ function(quiver_test_program name)
   target_link_libraries(${name} PRIVATE quiver_test_kit ${arg_LIBRARIES} GTest::gmock_main quiver_warnings)
   # Most of the build is tests: they are not optimised, only what they test is.
   target_compile_options(${name} PRIVATE -O0)
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60)
+  quiver_run_tests(${name})
 endfunction()
 
 function(quiver_module name)
