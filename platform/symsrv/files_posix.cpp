@@ -1,0 +1,185 @@
+// Files through descriptors: folders are walked one by one, so that no link that appears meanwhile
+// leads elsewhere.
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "symsrv/files.h"
+
+namespace symsrv_1_0::internal {
+namespace {
+
+int descriptor(std::intptr_t handle) {
+  return static_cast<int>(handle);
+}
+
+bool readAt(int fd, std::uint64_t offset, void* to, std::size_t count) {
+  char* next = static_cast<char*>(to);
+  while (count > 0) {
+    const ssize_t got = pread(fd, next, count, static_cast<off_t>(offset));
+    if (got < 0 && errno == EINTR)
+      continue;
+    if (got <= 0)
+      return false;
+    next += got;
+    offset += static_cast<std::uint64_t>(got);
+    count -= static_cast<std::size_t>(got);
+  }
+  return true;
+}
+
+std::unique_ptr<FileSource> openAt(int folder, const std::string& name, Links links) {
+  if (name.empty() || name.find('\0') != std::string::npos)
+    return nullptr;
+  const int noLink = links == Links::kRefuse ? O_NOFOLLOW : 0;
+  // Without waiting: the name may be that of a pipe.
+  const int fd =
+      openat(folder, name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | noLink);
+  if (fd < 0)
+    return nullptr;
+  struct stat status {};
+  if (fstat(fd, &status) != 0 || !S_ISREG(status.st_mode)) {
+    close(fd);
+    return nullptr;
+  }
+  return std::make_unique<FileSource>(fd, static_cast<std::uint64_t>(status.st_size));
+}
+
+/// Makes the folder with all that lead to it.
+void makeAll(const std::string& path, mode_t mode) {
+  for (std::size_t slash = path.find('/', 1);; slash = path.find('/', slash + 1)) {
+    mkdir(path.substr(0, slash).c_str(), mode);
+    if (slash == std::string::npos)
+      return;
+  }
+}
+
+}  // namespace
+
+std::unique_ptr<FileSource> FileSource::open(const std::string& path, Links links) {
+  return openAt(AT_FDCWD, path, links);
+}
+
+FileSource::~FileSource() {
+  close(descriptor(m_handle));
+}
+
+bool FileSource::read(std::uint64_t offset, void* to, std::size_t count) {
+  return offset <= m_size && count <= m_size - offset &&
+         readAt(descriptor(m_handle), offset, to, count);
+}
+
+NewFile::NewFile(std::shared_ptr<Folder> folder, std::string name, std::intptr_t handle)
+    : m_folder(std::move(folder)), m_name(std::move(name)), m_handle(handle) {}
+
+NewFile::~NewFile() {
+  close(descriptor(m_handle));
+  if (!m_name.empty())
+    m_folder->remove(m_name);
+}
+
+bool NewFile::read(std::uint64_t offset, void* to, std::size_t count) {
+  return offset <= m_size && count <= m_size - offset &&
+         readAt(descriptor(m_handle), offset, to, count);
+}
+
+bool NewFile::write(const void* bytes, std::size_t count) {
+  const char* next = static_cast<const char*>(bytes);
+  while (count > 0) {
+    const ssize_t put = pwrite(descriptor(m_handle), next, count, static_cast<off_t>(m_size));
+    if (put < 0 && errno == EINTR)
+      continue;
+    if (put <= 0)
+      return false;
+    next += put;
+    m_size += static_cast<std::uint64_t>(put);
+    count -= static_cast<std::size_t>(put);
+  }
+  return true;
+}
+
+bool NewFile::clear() {
+  m_size = 0;
+  return ftruncate(descriptor(m_handle), 0) == 0;
+}
+
+bool NewFile::publish(const std::string& name) {
+  const int folder = descriptor(m_folder->m_handle);
+  const bool isFlushed = fsync(descriptor(m_handle)) == 0 || errno == EINVAL;
+  if (!isFlushed || renameat(folder, m_name.c_str(), folder, name.c_str()) != 0)
+    return false;
+  m_name.clear();
+  return true;
+}
+
+std::shared_ptr<Folder> Folder::open(const std::string& root,
+                                     const std::vector<std::string>& names,
+                                     Missing missing,
+                                     Links links,
+                                     Access access) {
+  if (root.empty() || root.find('\0') != std::string::npos)
+    return nullptr;
+  const mode_t mode = access == Access::kPrivate ? 0700 : 0777;
+  if (missing == Missing::kMake)
+    makeAll(root, mode);
+  int fd = ::open(root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  std::string path = root;
+  const int noLink = links == Links::kRefuse ? O_NOFOLLOW : 0;
+  for (const std::string& name : names) {
+    if (fd < 0)
+      return nullptr;
+    if (missing == Missing::kMake)
+      mkdirat(fd, name.c_str(), mode);
+    const int next = openat(fd, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | noLink);
+    close(fd);
+    fd = next;
+    path += (path.back() == '/' ? "" : "/") + name;
+  }
+  return fd < 0 ? nullptr : std::make_shared<Folder>(std::move(path), fd, access);
+}
+
+Folder::~Folder() {
+  close(descriptor(m_handle));
+}
+
+std::string Folder::pathOf(const std::string& name) const {
+  return m_path + (m_path.back() == '/' ? "" : "/") + name;
+}
+
+std::unique_ptr<FileSource> Folder::read(const std::string& name, Links links) const {
+  return openAt(descriptor(m_handle), name, links);
+}
+
+bool Folder::remove(const std::string& name) const {
+  return unlinkat(descriptor(m_handle), name.c_str(), 0) == 0;
+}
+
+std::unique_ptr<NewFile> Folder::create(const std::string& name) {
+  std::string temporary = temporaryName(name);
+  const int fd = openat(descriptor(m_handle),
+                        temporary.c_str(),
+                        O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                        m_access == Access::kPrivate ? 0600 : 0666);
+  if (fd < 0)
+    return nullptr;
+  return std::make_unique<NewFile>(shared_from_this(), std::move(temporary), fd);
+}
+
+bool isAbsolutePath(const std::string& path) {
+  return !path.empty() && path.front() == '/';
+}
+
+bool isPrivateFolder(const std::string& path) {
+  struct stat status {};
+  if (lstat(path.c_str(), &status) != 0)
+    return errno == ENOENT;
+  return S_ISDIR(status.st_mode) && status.st_uid == geteuid() && (status.st_mode & 022) == 0;
+}
+
+std::filesystem::path standardPath(const std::string& path) {
+  return path;
+}
+
+}  // namespace symsrv_1_0::internal

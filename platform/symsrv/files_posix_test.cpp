@@ -1,0 +1,81 @@
+// Links, pipes and the rights of others.
+
+#include <sys/stat.h>
+
+#include <gtest/gtest.h>
+
+#include "paku/text_encoding.h"
+#include "symsrv/files.h"
+
+#include "support/temp_tree.h"
+
+namespace symsrv_1_0::internal {
+namespace {
+
+using quiver_test::TempTree;
+
+std::string utf8(const std::wstring& text) {
+  std::string bytes;
+  EXPECT_TRUE(PAKU_3_1::encode(text, bytes));
+  return bytes;
+}
+
+mode_t modeOf(const std::string& path) {
+  struct stat status {};
+  EXPECT_EQ(lstat(path.c_str(), &status), 0);
+  return status.st_mode & 0777;
+}
+
+TEST(FilesOnPosix, RefuseLinksWhereNoneMayBe) {
+  TempTree tree;
+  const std::string root = utf8(tree.root());
+  tree.addFile("outside/a", "1");
+  tree.addLink("store", "outside");
+  tree.addLink("link", "outside/a");
+  using Missing = Folder::Missing;
+  EXPECT_TRUE(Folder::open(root, {"store"}, Missing::kRefuse, Links::kFollow));
+  EXPECT_FALSE(Folder::open(root, {"store"}, Missing::kMake, Links::kRefuse));
+  // The root itself is the user's own choice.
+  EXPECT_TRUE(Folder::open(root + "/store", {}, Missing::kRefuse, Links::kRefuse));
+  EXPECT_TRUE(FileSource::open(root + "/link", Links::kFollow));
+  EXPECT_FALSE(FileSource::open(root + "/link", Links::kRefuse));
+}
+
+TEST(FilesOnPosix, PublishingReplacesALinkAndNotItsTarget) {
+  TempTree tree;
+  const std::string root = utf8(tree.root());
+  tree.addFile("outside", "precious");
+  tree.addLink("x/a", "../outside");
+  const auto folder = Folder::open(root, {"x"}, Folder::Missing::kMake, Links::kRefuse);
+  const std::unique_ptr<NewFile> file = folder->create("a");
+  ASSERT_TRUE(file->write("new", 3) && file->publish("a"));
+  EXPECT_EQ(FileSource::open(root + "/outside")->size(), 8u);
+  EXPECT_EQ(folder->read("a", Links::kRefuse)->size(), 3u);
+}
+
+TEST(FilesOnPosix, NeverWaitForAPipe) {
+  TempTree tree;
+  EXPECT_FALSE(FileSource::open(utf8(tree.addFifo("pipe"))));
+}
+
+TEST(FilesOnPosix, PrivateOnesAreForTheUserAlone) {
+  TempTree tree;
+  const std::string root = utf8(tree.root()) + "/new/cache";
+  EXPECT_TRUE(isPrivateFolder(root));
+  const auto folder =
+      Folder::open(root, {"a"}, Folder::Missing::kMake, Links::kRefuse, Folder::Access::kPrivate);
+  ASSERT_TRUE(folder);
+  const std::unique_ptr<NewFile> file = folder->create("f");
+  ASSERT_TRUE(file && file->publish("f"));
+  EXPECT_EQ(modeOf(root), 0700u);
+  EXPECT_EQ(modeOf(root + "/a"), 0700u);
+  EXPECT_EQ(modeOf(root + "/a/f"), 0600u);
+  EXPECT_TRUE(isPrivateFolder(root));
+  ASSERT_EQ(chmod(root.c_str(), 0777), 0);
+  EXPECT_FALSE(isPrivateFolder(root));
+  tree.addLink("link", "new/cache/a");
+  EXPECT_FALSE(isPrivateFolder(utf8(tree.path("link"))));
+}
+
+}  // namespace
+}  // namespace symsrv_1_0::internal

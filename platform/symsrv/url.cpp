@@ -1,0 +1,97 @@
+// Takes addresses apart and puts them together.
+
+#include "symsrv/url.h"
+
+#include <algorithm>
+
+#include "symsrv/text.h"
+
+namespace symsrv_1_0::internal {
+namespace {
+
+bool isUnreserved(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '-' ||
+         c == '.' || c == '_' || c == '~';
+}
+
+std::string escaped(std::string_view component) {
+  std::string text;
+  for (const char c : component) {
+    if (isUnreserved(c))
+      text += c;
+    else
+      text += "%" + upperHex(static_cast<unsigned char>(c), 2);
+  }
+  return text;
+}
+
+std::string joined(const std::vector<std::string>& components) {
+  std::string text;
+  for (const std::string& component : components) text += "/" + escaped(component);
+  return text;
+}
+
+bool isPlain(std::string_view text) {
+  return std::all_of(text.begin(), text.end(), [](char c) { return c > 0x20 && c != 0x7F; });
+}
+
+}  // namespace
+
+std::string Url::origin() const {
+  return (isSecure ? "https://" : "http://") + toLower(authority);
+}
+
+std::string Url::below(const std::vector<std::string>& components) const {
+  const std::string user = userInfo.empty() ? "" : userInfo + "@";
+  return (isSecure ? "https://" : "http://") + user + authority + path + joined(components) + query;
+}
+
+std::string Url::shownBelow(const std::vector<std::string>& components) const {
+  return (isSecure ? "https://" : "http://") + authority + path + joined(components);
+}
+
+bool hasScheme(std::string_view text) {
+  const std::size_t end = text.find("://");
+  return end != std::string_view::npos && end > 0 &&
+         std::all_of(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(end), [](char c) {
+           return isUnreserved(c) || c == '+';
+         });
+}
+
+std::optional<Url> parseUrl(std::string_view text) {
+  Url url;
+  url.isSecure = startsWithIgnoreCase(text, "https://");
+  if (!url.isSecure && !startsWithIgnoreCase(text, "http://"))
+    return std::nullopt;
+  if (!isPlain(text))
+    return std::nullopt;
+  text.remove_prefix(url.isSecure ? 8 : 7);
+  text = text.substr(0, text.find('#'));
+  if (const std::size_t query = text.find('?'); query != std::string_view::npos) {
+    url.query = text.substr(query);
+    text = text.substr(0, query);
+  }
+  if (const std::size_t path = text.find('/'); path != std::string_view::npos) {
+    url.path = text.substr(path);
+    text = text.substr(0, path);
+  }
+  url.path.erase(url.path.find_last_not_of('/') + 1);
+  if (const std::size_t user = text.rfind('@'); user != std::string_view::npos) {
+    url.userInfo = text.substr(0, user);
+    text.remove_prefix(user + 1);
+  }
+  url.authority = text;
+  if (text.empty() || text.front() == ':' || text.find('\\') != std::string_view::npos)
+    return std::nullopt;
+  return url;
+}
+
+std::string shownUrl(std::string_view text) {
+  const std::optional<Url> url = parseUrl(text);
+  if (!url)
+    return hasScheme(text) ? std::string(text.substr(0, text.find("://"))) + "://..."
+                           : printable(text);
+  return printable(url->shownBelow({}));
+}
+
+}  // namespace symsrv_1_0::internal

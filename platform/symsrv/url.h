@@ -1,0 +1,38 @@
+// Addresses of symbol servers.
+
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace symsrv_1_0::internal {
+
+/// An address of a server's root: http or https, nothing else.
+struct Url {
+  bool isSecure = false;
+  std::string userInfo;   ///< "user:password", as written; empty when there is none.
+  std::string authority;  ///< Host and port, IPv6 hosts in brackets.
+  std::string path;       ///< Begins with "/" or is empty; no "/" at its end.
+  std::string query;      ///< Begins with "?" or is empty.
+
+  /// Returns scheme, host and port: what fails or works as one.
+  std::string origin() const;
+
+  /// Returns the address of a file below this one. Each component is escaped; a query stays last.
+  std::string below(const std::vector<std::string>& components) const;
+
+  /// Returns the same for people and files: without credentials and without the query.
+  std::string shownBelow(const std::vector<std::string>& components) const;
+};
+
+/// Returns true when the text begins with a scheme, such as "file://".
+bool hasScheme(std::string_view text);
+
+std::optional<Url> parseUrl(std::string_view text);
+
+/// Returns an address without credentials and query, fit for messages. Takes any text.
+std::string shownUrl(std::string_view text);
+
+}  // namespace symsrv_1_0::internal
