@@ -31,6 +31,10 @@ class MatchDirectory {
   /// Returns what the path leads to, links being followed.
   virtual EntryKind kindOf(const std::wstring& below) const = 0;
 
+  /// Returns the path as it is spelled on disk, where letter case does not tell names apart; the
+  /// path itself elsewhere.
+  virtual std::wstring spelling(const std::wstring& below) const = 0;
+
   /// Returns the entries of the directory `below` that are called `name`, in ascending order.
   virtual std::vector<std::wstring> spellings(const std::wstring& below,
                                               const std::wstring& name) const = 0;
@@ -44,7 +48,7 @@ struct NameMatch {
   const MatchDirectory& directory;
   const std::wstring& name;  ///< As it is spelled on disk.
   std::size_t index;         ///< Of the sought name.
-  bool isExact;              ///< The spelling is the sought one.
+  bool isExact;              ///< The sought one, as the file system compares names.
   EntryKind kind;            ///< Never `kNothing`.
 };
 
@@ -65,6 +69,9 @@ class DirectoryTree final {
 
   /// Returns what the path leads to, links being followed.
   EntryKind kindOf(const std::wstring& below) const;
+
+  /// Returns the path as it is spelled on disk, see above.
+  std::wstring spelling(const std::wstring& below) const;
 
   /// Reports the entries that bear one of `names`, down to `depth` levels of sub-directories, or
   /// all for -1. A directory comes before its sub-directories, these in ascending order and depth

@@ -44,6 +44,8 @@ class OpenDirectory final : public MatchDirectory {
   std::wstring path() const override { return decode(m_path); }
   EntryKind kindOf(const std::wstring& below) const override { return kindOfText(m_fd, below); }
 
+  std::wstring spelling(const std::wstring& below) const override { return below; }
+
   std::vector<std::wstring> spellings(const std::wstring& below,
                                       const std::wstring& name) const override {
     std::string path;
@@ -186,6 +188,10 @@ DirectoryTree::~DirectoryTree() {
 
 EntryKind DirectoryTree::kindOf(const std::wstring& below) const {
   return kindOfText(static_cast<int>(m_handle), below);
+}
+
+std::wstring DirectoryTree::spelling(const std::wstring& below) const {
+  return below;
 }
 
 void DirectoryTree::visit(const std::vector<std::wstring>& names,

@@ -38,7 +38,7 @@ TEST(FileInfo, TellsFilesFromDirectories) {
 
 TEST(FileInfo, SpecialFilesExistAndAreNeither) {
   TempTree tree;
-  const FileInfo fifo = infoOf(tree.addFifo("pipe"));
+  const FileInfo fifo = infoOf(tree.addUnreadableFile("pipe"));
   EXPECT_FALSE(fifo.isRegular);
   EXPECT_FALSE(fifo.isDirectory);
 }

@@ -157,7 +157,7 @@ TEST(CopyFile, TakesTheLongestNameThereCanBe) {
 TEST(CopyFile, RefusesWhatIsNoRegularFile) {
   TempTree tree;
   const std::wstring to = tree.path("to");
-  EXPECT_NE(copy(tree.addFifo("pipe"), to), 0);
+  EXPECT_NE(copy(tree.addUnreadableFile("pipe"), to), 0);
   EXPECT_NE(copy(tree.addDirectory("dir"), to), 0);
   EXPECT_NE(copy(L"/dev/zero", to), 0);
   EXPECT_NE(copy(tree.path("missing"), to), 0);
@@ -168,7 +168,7 @@ TEST(CopyFile, RefusesWhatIsNoRegularFile) {
 TEST(CopyFile, LeavesTargetsThatAreNoFilesAlone) {
   TempTree tree;
   const std::wstring from = tree.addFile("from", "x");
-  EXPECT_NE(copy(from, tree.addFifo("pipe")), 0);
+  EXPECT_NE(copy(from, tree.addUnreadableFile("pipe")), 0);
   EXPECT_NE(copy(from, tree.addDirectory("dir")), 0);
   EXPECT_NE(copy(from, tree.path("dir") + L"/."), 0);
   EXPECT_NE(copy(from, L"/"), 0);

@@ -54,7 +54,7 @@ TEST(File, DoesNotOpenDirectories) {
 
 TEST(File, DoesNotWaitForAPipe) {
   TempTree tree;
-  const std::wstring pipe = tree.addFifo("pipe");
+  const std::wstring pipe = tree.addUnreadableFile("pipe");
   EXPECT_FALSE(canOpen(pipe));
   EXPECT_EQ(md5Of(pipe), L"");
 }

@@ -220,7 +220,7 @@ TEST(FileSearchLinks, MayBeTheDirectoryThatIsSearched) {
 
 TEST(FileSearchSpecialFiles, AreReportedAndNeverOpened) {
   TempTree tree;
-  tree.addFifo("1/a");
+  tree.addUnreadableFile("1/a");
   tree.addDirectory("2");
   sockaddr_un address{};
   address.sun_family = AF_UNIX;
@@ -237,7 +237,7 @@ TEST(FileSearchSpecialFiles, AreReportedAndNeverOpened) {
 TEST(FileSearchSpecialFiles, AreNoDirectories) {
   TempTree tree;
   FileSearch search;
-  search.addSearchDirectory(Filename(tree.addFifo("pipe")), kWholeTree, 0);
+  search.addSearchDirectory(Filename(tree.addUnreadableFile("pipe")), kWholeTree, 0);
   FoundPaths found;
   search.find(L"a", found);
   EXPECT_THAT(found.paths(), IsEmpty());

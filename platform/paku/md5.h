@@ -8,6 +8,9 @@
 
 namespace PAKU_3_1::internal {
 
+/// Returns two lower-case hexadecimal digits for each byte.
+std::wstring digestText(const unsigned char* digest, std::size_t length);
+
 class Md5 final {
  public:
   Md5();

@@ -29,12 +29,7 @@ std::wstring Md5::finish() {
   unsigned int length = 0;
   if (!m_state->works || EVP_DigestFinal_ex(m_state->context, digest, &length) != 1)
     return {};
-  std::wstring text;
-  for (unsigned int i = 0; i < length; ++i) {
-    text += L"0123456789abcdef"[digest[i] >> 4];
-    text += L"0123456789abcdef"[digest[i] & 15];
-  }
-  return text;
+  return digestText(digest, length);
 }
 
 }  // namespace PAKU_3_1::internal

@@ -36,7 +36,7 @@ bool TreeSearch::run(int depth) {
 /// The first place of all, and often the only one: answered without reading any directory.
 bool TreeSearch::reportWholeNameHere() const {
   const std::wstring below = restBelow(m_tails.front().front(), m_tails.front());
-  return m_tree.kindOf(below) != EntryKind::kFile || m_found(below);
+  return m_tree.kindOf(below) != EntryKind::kFile || m_found(m_tree.spelling(below));
 }
 
 bool TreeSearch::onMatch(const NameMatch& match) {
@@ -53,7 +53,7 @@ bool TreeSearch::addExact(const NameMatch& match) {
   const std::wstring exact = restBelow(match.name, m_tails[match.index]);
   if (match.directory.kindOf(exact) != EntryKind::kFile)
     return true;
-  std::wstring below = entryOf(match.directory.path(), exact);
+  std::wstring below = entryOf(match.directory.path(), match.directory.spelling(exact));
   if (match.index == 0)
     return m_found(below);
   m_waiting[match.index].exact.push_back(std::move(below));

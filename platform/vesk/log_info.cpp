@@ -2,15 +2,18 @@
 
 #include "vesk/log_info.h"
 
-#include <cstdlib>
+#include <optional>
+#include <utility>
+
+#include "vesk/variable.h"
 
 namespace vesk_1_8 {
 
 LogInfo::LogInfo(const char* channel, const char* variable) : m_channel(channel ? channel : "") {
-  const char* value = variable ? std::getenv(variable) : nullptr;
+  std::optional<std::string> value = variable ? variableValue(variable) : std::nullopt;
   if (!value)
     return;
-  m_value = value;
+  m_value = *std::move(value);
   switchForTest(true);
 }
 

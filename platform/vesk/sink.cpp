@@ -11,6 +11,8 @@
 #include <string_view>
 #include <utility>
 
+#include "vesk/debugger.h"
+
 namespace vesk_1_8 {
 namespace {
 
@@ -50,7 +52,8 @@ std::string withoutControls(std::string_view text) {
 // Writes records through a spdlog sink; the process's lock makes its own one unnecessary.
 class TextSink final : public ISink {
  public:
-  explicit TextSink(std::unique_ptr<spdlog::sinks::sink> target) : m_target(std::move(target)) {
+  TextSink(std::unique_ptr<spdlog::sinks::sink> target, bool showsInDebugger)
+      : m_target(std::move(target)), m_showsInDebugger(showsInDebugger) {
     m_target->set_formatter(
         std::make_unique<spdlog::pattern_formatter>("%v", spdlog::pattern_time_type::local, "\n"));
   }
@@ -64,22 +67,25 @@ class TextSink final : public ISink {
                                                          record.text));
     m_target->log({record.channel, spdlog::level::info, line});
     m_target->flush();
+    if (m_showsInDebugger)
+      showInDebugger(line);
   }
 
  private:
   std::unique_ptr<spdlog::sinks::sink> m_target;
+  const bool m_showsInDebugger;
 };
 
 }  // namespace
 
 std::shared_ptr<ISink> makeStderrSink() {
-  return std::make_shared<TextSink>(std::make_unique<spdlog::sinks::stderr_sink_st>());
+  return std::make_shared<TextSink>(std::make_unique<spdlog::sinks::stderr_sink_st>(), true);
 }
 
 std::shared_ptr<ISink> makeFileSink(const std::filesystem::path& file) {
   try {
     return std::make_shared<TextSink>(
-        std::make_unique<spdlog::sinks::basic_file_sink_st>(file.string()));
+        std::make_unique<spdlog::sinks::basic_file_sink_st>(file.native()), false);
   } catch (const spdlog::spdlog_ex&) {
     return nullptr;
   }

@@ -27,7 +27,8 @@ class ISink {
 };
 
 /// Writes `[channel] scope (source:line): text` and a line end to standard error, unbuffered. What
-/// would break a line or steer a terminal is written as \xNN.
+/// would break a line or steer a terminal is written as \xNN. A debugger that listens gets the line
+/// as well, on systems that have a channel for that.
 std::shared_ptr<ISink> makeStderrSink();
 
 /// The same, appended to a file that is flushed after each line. Null when it cannot be opened.

@@ -69,7 +69,7 @@ TEST(GetUserName, DoesNotAskTheEnvironment) {
 
 TEST(IsReadable, IsFalseForAPipeAndDoesNotWait) {
   TempTree tree;
-  EXPECT_FALSE(isReadable(tree.addFifo("pipe").c_str()));
+  EXPECT_FALSE(isReadable(tree.addUnreadableFile("pipe").c_str()));
 }
 
 TEST(FileStatus, RoundsTimesBefore1970Down) {

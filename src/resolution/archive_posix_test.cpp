@@ -22,7 +22,7 @@ archive_result_t archive(const TempTree& tree, const std::wstring& file) {
 
 TEST(Archive, UnreadableFileHasNoChecksum) {
   TempTree tree;
-  EXPECT_EQ(archive(tree, tree.addFifo("pipe.dll")), arNoChecksum);
+  EXPECT_EQ(archive(tree, tree.addUnreadableFile("pipe.dll")), arNoChecksum);
 }
 
 TEST(Archive, CopyThatCannotBeWrittenIsReportedAndLeavesNothing) {

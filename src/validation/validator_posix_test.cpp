@@ -25,7 +25,7 @@ TEST(ValidatorSpecialFiles, PipeCannotBeOpenedAndDoesNotBlock) {
   TempTree tree;
   RecordingConfidenceLevelPolicy policy;
   Validator validator(nullptr, policy, scBinaryFiles);
-  EXPECT_THAT(validator.validate(tree.addFifo("pipe").c_str())->getInvalidFile(),
+  EXPECT_THAT(validator.validate(tree.addUnreadableFile("pipe").c_str())->getInvalidFile(),
               IsInvalidFile(ecUnusable, L"%CantOpenFile"));
 }
 
@@ -42,7 +42,7 @@ TEST(ValidatorSpecialFiles, UnreadableFileTakesItsOwnMessage) {
   messages->setFileIsNotReadableMessage(new StateMessage<IFileIsNotReadableMessage>(L"locked"));
   Validator::ValidatorCallbackDecorator decorator(nullptr);
   ErrorInfoRecorder errorInfo;
-  EXPECT_EQ(decorator.validate(tree.addFifo("pipe").c_str(), errorInfo), vrInvalid);
+  EXPECT_EQ(decorator.validate(tree.addUnreadableFile("pipe").c_str(), errorInfo), vrInvalid);
   EXPECT_THAT(errorInfo.calls(), ElementsAre(L"code 0", L"text locked"));
 }
 

@@ -72,7 +72,7 @@ INSTANTIATE_TEST_SUITE_P(BadInput,
 TEST_F(BadInput, DirectoriesThatAreNoneOfferNothing) {
   addTree(m_tree.path("absent"));
   addTree(m_tree.addFile("file"));
-  addTree(m_tree.addFifo("fifo"));
+  addTree(m_tree.addUnreadableFile("fifo"));
   addTree(m_tree.addLink("dangling", "nowhere"));
   addTree(m_tree.addLink("loop", "loop"));
   addTree(L"");
@@ -98,7 +98,7 @@ TEST_F(BadInput, DeepTreesAreSearchedToTheEnd) {
 }
 
 TEST_F(BadInput, AFifoIsRejectedWithoutBeingOpened) {
-  const std::wstring fifo = m_tree.addFifo("tree/wanted.txt");
+  const std::wstring fifo = m_tree.addUnreadableFile("tree/wanted.txt");
   addTree(m_tree.path("tree"));
   quiver_test::RecordingNoFilesFound none;
   ObjectPtr<IInvalidFile> rejected;

@@ -14,8 +14,8 @@ namespace quiver_test {
 /// any bytes where the system's names are bytes.
 class NativePath final {
  public:
-  NativePath(const char* text) : m_path(text) {}
-  NativePath(const std::string& text) : m_path(text) {}
+  NativePath(const char* text);
+  NativePath(const std::string& text);
   NativePath(const std::filesystem::path& path) : m_path(path) {}
   NativePath(const wchar_t* text) : NativePath(std::wstring(text)) {}
   NativePath(const std::wstring& text);

@@ -83,6 +83,8 @@ std::string toBytes(const std::wstring& text) {
 
 }  // namespace
 
+NativePath::NativePath(const char* text) : m_path(text) {}
+NativePath::NativePath(const std::string& text) : m_path(text) {}
 NativePath::NativePath(const std::wstring& text) : m_path(toBytes(text)) {}
 
 std::wstring toWide(const std::filesystem::path& path) {

@@ -6,9 +6,6 @@
 #include <fstream>
 #include <random>
 #include <stdexcept>
-#include <vector>
-
-#include "support/fifo.h"
 
 namespace fs = std::filesystem;
 
@@ -77,6 +74,7 @@ void removeTree(const fs::path& root) {
 TempTree::TempTree() : m_root(makeRoot()) {}
 
 TempTree::~TempTree() {
+  m_unreadable.clear();
   removeTree(m_root);
 }
 
@@ -112,8 +110,8 @@ std::wstring TempTree::addDirectory(const NativePath& name) {
   return path(name);
 }
 
-std::wstring TempTree::addFifo(const NativePath& name) {
-  makeFifo(prepare(name));
+std::wstring TempTree::addUnreadableFile(const NativePath& name) {
+  m_unreadable.emplace_back(prepare(name));
   return path(name);
 }
 

@@ -15,8 +15,10 @@
 #include <filesystem>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "support/native_path.h"
+#include "support/unreadable_file.h"
 
 namespace quiver_test {
 
@@ -36,8 +38,9 @@ class TempTree final {
   /// Adds a file of zeros that takes no space on disk.
   std::wstring addSparseFile(const NativePath& name, std::uintmax_t size);
   std::wstring addDirectory(const NativePath& name);
-  /// Adds a pipe: it can be examined, but opening it waits for a writer.
-  std::wstring addFifo(const NativePath& name);
+  /// Adds a file that can be examined, but not read while the tree is there; see
+  /// unreadable_file.h.
+  std::wstring addUnreadableFile(const NativePath& name);
   /// Adds a symbolic link. `target` is kept as given and need not exist.
   std::wstring addLink(const NativePath& name, const NativePath& target);
   /// Adds `depth` directories inside each other, all called `name`, and `file` in the innermost.
@@ -53,6 +56,7 @@ class TempTree final {
   std::filesystem::path prepare(const NativePath& name) const;
 
   std::filesystem::path m_root;
+  std::vector<UnreadableFile> m_unreadable;
 };
 
 }  // namespace quiver_test

@@ -64,7 +64,7 @@ TEST(TempTree, AddsDirectories) {
 
 TEST(TempTree, AddsFifos) {
   TempTree tree;
-  EXPECT_TRUE(fs::is_fifo(tree.addFifo("a/pipe")));
+  EXPECT_TRUE(fs::is_fifo(tree.addUnreadableFile("a/pipe")));
 }
 
 TEST(TempTree, AddsLinksAsGiven) {
@@ -109,7 +109,7 @@ class TempTreeRemoval : public testing::Test {
 TEST_F(TempTreeRemoval, TakesEverythingAlong) {
   m_tree->addFile("a/b/c.dll", "x");
   m_tree->addFile("a/d.dll", "x");
-  m_tree->addFifo("pipe");
+  m_tree->addUnreadableFile("pipe");
 }
 
 TEST_F(TempTreeRemoval, CopesWithDepth) {

@@ -174,7 +174,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST_F(ProgramWithArchive, FollowsNoLinkAndOpensNoSpecialFile) {
   add("outside/a.c/" + kMd5OfNew + "/a.c", "new");
   m_tree.addLink("r/archive/binaries", path("outside"));
-  m_tree.addFifo(copy("sources", "a.c", kMd5OfNew));
+  m_tree.addUnreadableFile(copy("sources", "a.c", kMd5OfNew));
   m_tree.addLink(copy("sources", "b.c", kMd5OfNew), path("outside/a.c/" + kMd5OfNew + "/a.c"));
   const RunResult run = show("--verify");
   EXPECT_EQ(run.status, 1);

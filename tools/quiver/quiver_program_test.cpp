@@ -228,7 +228,7 @@ TEST_F(Program, SaysThatNothingExisted) {
 
 TEST_F(Program, SaysWhatWasRejectedAndWhatIsMissing) {
   add("one/a.c", "old");
-  m_tree.addFifo("two/a.c");
+  m_tree.addUnreadableFile("two/a.c");
   add("file");
   const RunResult run = runProgram({"find",
                                     "src",

@@ -1,0 +1,79 @@
+// From a caller's text to the system's own form of it.
+
+#include "paku/native_path_win32.h"
+
+#include <windows.h>
+
+#include "paku/path_syntax.h"
+
+namespace PAKU_3_1::internal {
+namespace {
+
+constexpr std::wstring_view kExtended = L"\\\\?\\";
+constexpr std::wstring_view kExtendedShare = L"\\\\?\\UNC\\";
+constexpr std::wstring_view kDevice = L"\\\\.\\";
+
+// A directory may be no longer than this without the prefix: a short name must fit below it.
+constexpr std::size_t kLongPath = 248;
+
+constexpr auto kStyle = PathStyle::kWindows;
+
+void stripSeparators(std::wstring& path) {
+  const std::size_t root = rootLength(path, kStyle);
+  while (path.size() > root + 1 && isSeparator(path.back(), kStyle)) path.pop_back();
+}
+
+std::wstring withPrefix(const std::wstring& full) {
+  if (full.starts_with(kExtended))
+    return full;
+  if (full.starts_with(L"\\\\"))
+    return std::wstring(kExtendedShare).append(full, 2);
+  return std::wstring(kExtended) + full;
+}
+
+/// Makes the path absolute; false for what names no file.
+bool absolutePath(std::wstring_view text, std::wstring& full) {
+  if (text.empty() || text.find(L'\0') != std::wstring_view::npos)
+    return false;
+  const std::size_t root = rootLength(text, kStyle);
+  if (!canBeName(text.substr(root)))
+    return false;
+  full = text.starts_with(kExtended) ? std::wstring(text) : fullPath(std::wstring(text));
+  stripSeparators(full);
+  return !full.empty() && !full.starts_with(kDevice);
+}
+
+}  // namespace
+
+std::wstring fullPath(const std::wstring& text) {
+  std::wstring full(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD size = static_cast<DWORD>(full.size());
+    const DWORD length = GetFullPathNameW(text.c_str(), size, full.data(), nullptr);
+    full.resize(length);
+    if (length < size)
+      return full;
+  }
+}
+
+bool canBeName(std::wstring_view below) {
+  return below.find_first_of(std::wstring_view(L"*?<>|\":\0", 8)) == std::wstring_view::npos;
+}
+
+bool nativePath(std::wstring_view text, std::wstring& native) {
+  std::wstring full;
+  if (!absolutePath(text, full))
+    return false;
+  native = full.size() < kLongPath ? full : withPrefix(full);
+  return true;
+}
+
+bool extendedPath(std::wstring_view text, std::wstring& native) {
+  std::wstring full;
+  if (!absolutePath(text, full))
+    return false;
+  native = withPrefix(full);
+  return true;
+}
+
+}  // namespace PAKU_3_1::internal
