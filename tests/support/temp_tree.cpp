@@ -83,7 +83,7 @@ std::wstring TempTree::path(const NativePath& name) const {
 }
 
 fs::path TempTree::prepare(const NativePath& name) const {
-  if (name.get().is_absolute())
+  if (name.get().has_root_path())
     throw std::invalid_argument("names in a tree are relative: " + name.get().string());
   fs::path full = m_root / name.get();
   fs::create_directories(full.parent_path());
