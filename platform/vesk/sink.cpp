@@ -49,43 +49,58 @@ std::string withoutControls(std::string_view text) {
   return clean;
 }
 
-// Writes records through a spdlog sink; the process's lock makes its own one unnecessary.
-class TextSink final : public ISink {
+std::string lineOf(const Record& record) {
+  return withoutControls(fmt::format("[{}] {} ({}:{}): {}",
+                                     record.channel,
+                                     record.scope,
+                                     record.source,
+                                     record.line,
+                                     record.text));
+}
+
+// The process's lock makes the target's own one unnecessary.
+void writeLine(spdlog::sinks::sink& target, const Record& record, const std::string& line) {
+  target.log({record.channel, spdlog::level::info, line});
+  target.flush();
+}
+
+std::unique_ptr<spdlog::formatter> makeFormatter() {
+  return std::make_unique<spdlog::pattern_formatter>("%v", spdlog::pattern_time_type::local, "\n");
+}
+
+class StderrSink final : public ISink {
  public:
-  TextSink(std::unique_ptr<spdlog::sinks::sink> target, bool showsInDebugger)
-      : m_target(std::move(target)), m_showsInDebugger(showsInDebugger) {
-    m_target->set_formatter(
-        std::make_unique<spdlog::pattern_formatter>("%v", spdlog::pattern_time_type::local, "\n"));
+  void write(const Record& record) override {
+    const std::string line = lineOf(record);
+    // Made for each line: the stream may lead elsewhere since the last one.
+    spdlog::sinks::stderr_sink_st target;
+    target.set_formatter(makeFormatter());
+    writeLine(target, record, line);
+    showInDebugger(line);
+  }
+};
+
+class FileSink final : public ISink {
+ public:
+  explicit FileSink(const std::filesystem::path& file) : m_target(file.native()) {
+    m_target.set_formatter(makeFormatter());
   }
 
-  void write(const Record& record) override {
-    const std::string line = withoutControls(fmt::format("[{}] {} ({}:{}): {}",
-                                                         record.channel,
-                                                         record.scope,
-                                                         record.source,
-                                                         record.line,
-                                                         record.text));
-    m_target->log({record.channel, spdlog::level::info, line});
-    m_target->flush();
-    if (m_showsInDebugger)
-      showInDebugger(line);
-  }
+  void write(const Record& record) override { writeLine(m_target, record, lineOf(record)); }
 
  private:
-  std::unique_ptr<spdlog::sinks::sink> m_target;
-  const bool m_showsInDebugger;
+  spdlog::sinks::basic_file_sink_st m_target;
 };
 
 }  // namespace
 
 std::shared_ptr<ISink> makeStderrSink() {
-  return std::make_shared<TextSink>(std::make_unique<spdlog::sinks::stderr_sink_st>(), true);
+  return std::make_shared<StderrSink>();
 }
 
 std::shared_ptr<ISink> makeFileSink(const std::filesystem::path& file) {
   try {
-    return std::make_shared<TextSink>(
-        std::make_unique<spdlog::sinks::basic_file_sink_st>(file.native()), false);
+    return std::make_shared<FileSink>(file);
   } catch (const spdlog::spdlog_ex&) {
     return nullptr;
   }

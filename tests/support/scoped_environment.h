@@ -25,6 +25,9 @@ class ScopedVariable final {
   ScopedVariable(const ScopedVariable&) = delete;
   ScopedVariable& operator=(const ScopedVariable&) = delete;
 
+  /// Returns the value that a variable has now; nothing when it is unset.
+  static std::optional<std::filesystem::path> valueOf(const std::string& name);
+
   void set(const NativePath& value);
   void unset();
 

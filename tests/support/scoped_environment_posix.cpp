@@ -8,16 +8,13 @@
 #include "support/scoped_environment.h"
 
 namespace quiver_test {
-namespace {
 
-std::optional<std::filesystem::path> valueOf(const std::string& name) {
+std::optional<std::filesystem::path> ScopedVariable::valueOf(const std::string& name) {
   const char* value = std::getenv(name.c_str());
   if (!value)
     return std::nullopt;
   return std::filesystem::path(value);
 }
-
-}  // namespace
 
 ScopedVariable::ScopedVariable(std::string name)
     : m_name(std::move(name)), m_former(valueOf(m_name)) {

@@ -1,6 +1,6 @@
 #include "support/scoped_environment.h"
 
-#include <cstdlib>
+#include <optional>
 
 #include <gtest/gtest.h>
 
@@ -10,31 +10,31 @@ namespace {
 constexpr const char* kName = "QUIVER_SUPPORT_TEST";
 
 TEST(ScopedVariable, SetsAndForgets) {
-  ASSERT_EQ(std::getenv(kName), nullptr);
+  ASSERT_EQ(ScopedVariable::valueOf(kName), std::nullopt);
   {
     const ScopedVariable variable(kName, L"v\u00e9");
-    EXPECT_STREQ(std::getenv(kName), "v\xc3\xa9");
+    EXPECT_EQ(ScopedVariable::valueOf(kName), NativePath("v\xc3\xa9").get());
   }
-  EXPECT_EQ(std::getenv(kName), nullptr);
+  EXPECT_EQ(ScopedVariable::valueOf(kName), std::nullopt);
 }
 
 TEST(ScopedVariable, EmptyIsNotUnset) {
   const ScopedVariable variable(kName, "");
-  EXPECT_STREQ(std::getenv(kName), "");
+  EXPECT_EQ(ScopedVariable::valueOf(kName), NativePath("").get());
 }
 
 TEST(ScopedVariable, PutsTheFormerValueBack) {
   const ScopedVariable outer(kName, "outer");
   {
     const ScopedVariable inner(kName, "inner");
-    EXPECT_STREQ(std::getenv(kName), "inner");
+    EXPECT_EQ(ScopedVariable::valueOf(kName), NativePath("inner").get());
   }
-  EXPECT_STREQ(std::getenv(kName), "outer");
+  EXPECT_EQ(ScopedVariable::valueOf(kName), NativePath("outer").get());
   {
     const ScopedVariable inner(kName);
-    EXPECT_EQ(std::getenv(kName), nullptr);
+    EXPECT_EQ(ScopedVariable::valueOf(kName), std::nullopt);
   }
-  EXPECT_STREQ(std::getenv(kName), "outer");
+  EXPECT_EQ(ScopedVariable::valueOf(kName), NativePath("outer").get());
 }
 
 TEST(ScopedVariable, ChangesOnTheWay) {
@@ -42,11 +42,11 @@ TEST(ScopedVariable, ChangesOnTheWay) {
   {
     ScopedVariable inner(kName);
     inner.set("a");
-    EXPECT_STREQ(std::getenv(kName), "a");
+    EXPECT_EQ(ScopedVariable::valueOf(kName), NativePath("a").get());
     inner.unset();
-    EXPECT_EQ(std::getenv(kName), nullptr);
+    EXPECT_EQ(ScopedVariable::valueOf(kName), std::nullopt);
   }
-  EXPECT_STREQ(std::getenv(kName), "outer");
+  EXPECT_EQ(ScopedVariable::valueOf(kName), NativePath("outer").get());
 }
 
 }  // namespace

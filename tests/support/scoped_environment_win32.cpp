@@ -14,7 +14,15 @@ std::wstring wideName(const std::string& name) {
   return NativePath(name).get().native();
 }
 
-std::optional<std::filesystem::path> valueOf(const std::string& name) {
+void change(const std::string& name, const wchar_t* value) {
+  if (!SetEnvironmentVariableW(wideName(name).c_str(), value) &&
+      GetLastError() != ERROR_ENVVAR_NOT_FOUND)
+    throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), name);
+}
+
+}  // namespace
+
+std::optional<std::filesystem::path> ScopedVariable::valueOf(const std::string& name) {
   std::wstring value(32767, L'\0');  // no variable is longer
   SetLastError(ERROR_SUCCESS);
   const DWORD length = GetEnvironmentVariableW(
@@ -24,14 +32,6 @@ std::optional<std::filesystem::path> valueOf(const std::string& name) {
   value.resize(length);
   return std::filesystem::path(value);
 }
-
-void change(const std::string& name, const wchar_t* value) {
-  if (!SetEnvironmentVariableW(wideName(name).c_str(), value) &&
-      GetLastError() != ERROR_ENVVAR_NOT_FOUND)
-    throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), name);
-}
-
-}  // namespace
 
 ScopedVariable::ScopedVariable(std::string name)
     : m_name(std::move(name)), m_former(valueOf(m_name)) {
