@@ -32,7 +32,25 @@ class TemporaryFile final {
 
   const std::wstring& path() const { return m_path; }
 
+  /// The target cannot be replaced while somebody has it open, which readers do for a moment.
   int publish(const std::wstring& target, bool overwrite) {
+    int error = moveTo(target, overwrite);
+    for (int attempt = 1; isBusy(error) && overwrite && attempt < kAttempts; ++attempt) {
+      Sleep(kPause);
+      error = moveTo(target, overwrite);
+    }
+    return error;
+  }
+
+ private:
+  static constexpr int kAttempts = 50;
+  static constexpr DWORD kPause = 10;  // milliseconds
+
+  static bool isBusy(int error) {
+    return error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION;
+  }
+
+  int moveTo(const std::wstring& target, bool overwrite) {
     const DWORD replace = overwrite ? MOVEFILE_REPLACE_EXISTING : 0;
     if (!MoveFileExW(m_path.c_str(), target.c_str(), replace | MOVEFILE_WRITE_THROUGH))
       return internal::lastError();
@@ -40,7 +58,6 @@ class TemporaryFile final {
     return 0;
   }
 
- private:
   std::wstring m_path;
 };
 
@@ -73,7 +90,7 @@ int copyFile(const Filename& from, const Filename& to, bool overwrite) {
   if (!internal::nativePath(from.text().text(), source) ||
       !internal::nativePath(to.text().text(), target))
     return ERROR_FILE_NOT_FOUND;
-  internal::FileHandle file;  // kept open: what is copied is what was looked at
+  internal::FileHandle file;  // held until the copy is made: what is copied is what was looked at
   if (const int error = internal::openRegularFile(source, file))
     return error;
   if (const int refused = targetRefusal(target, overwrite))
@@ -84,6 +101,7 @@ int copyFile(const Filename& from, const Filename& to, bool overwrite) {
     return internal::lastError();
   if (const int error = finishCopy(copy.path()))
     return error;
+  file = internal::FileHandle();  // it may be the target
   return copy.publish(target, overwrite);
 }
 

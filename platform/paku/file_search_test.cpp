@@ -24,6 +24,8 @@ using quiver_test::TempTree;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+const std::wstring kSeparator(1, internal::separatorOf(internal::systemPathStyle()));
+
 std::vector<std::wstring> findInAll(const std::vector<std::wstring>& directories,
                                     const wchar_t* name,
                                     int depth) {
@@ -61,11 +63,11 @@ TEST(FileSearch, LooksAsManyLevelsDownAsItIsTold) {
 
 TEST(FileSearch, VisitsADirectoryBeforeItsSubdirectoriesAndTheseByName) {
   TempTree tree;
-  for (const char* name : {"b/a.dll", "a/z/a.dll", "a/a.dll", "a.dll", "B/a.dll", "a-b/a.dll"})
+  for (const char* name : {"b/a.dll", "a/z/a.dll", "a/a.dll", "a.dll", "C/a.dll", "a-b/a.dll"})
     tree.addFile(name);
   EXPECT_THAT(
       findIn(tree, L"a.dll"),
-      ElementsAre(L"a.dll", L"B/a.dll", L"a/a.dll", L"a/z/a.dll", L"a-b/a.dll", L"b/a.dll"));
+      ElementsAre(L"a.dll", L"C/a.dll", L"a/a.dll", L"a/z/a.dll", L"a-b/a.dll", L"b/a.dll"));
 }
 
 TEST(FileSearch, TriesTheLongestTailInTheWholeTreeFirst) {
@@ -144,7 +146,7 @@ TEST(FileSearch, ReportsTheDirectoryAsItWasGiven) {
   TempTree tree;
   tree.addFile("sub/a");
   const quiver_test::ScopedDirectory here(tree.root());
-  EXPECT_THAT(findInAll({L"sub"}, L"a", 0), ElementsAre(L"sub/a"));
+  EXPECT_THAT(findInAll({L"sub"}, L"a", 0), ElementsAre(L"sub" + kSeparator + L"a"));
   EXPECT_THAT(findInAll({L"./sub//"}, L"a", 0), ElementsAre(L"./sub//a"));
 }
 
@@ -154,6 +156,40 @@ TEST(FileSearch, DoesNotReportDirectories) {
   tree.addFile("sub/a");
   EXPECT_THAT(findIn(tree, L"a"), ElementsAre(L"sub/a"));
   EXPECT_THAT(findIn(tree, L"a", 0), IsEmpty());
+}
+
+TEST(FileSearch, DirectoriesMayHoldMoreEntriesThanOneReadGives) {
+  TempTree tree;
+  for (int i = 0; i < 1200; ++i)
+    tree.addFile("many/a-file-with-a-rather-long-name-" + std::to_string(i));
+  tree.addFile("many/z");
+  for (const wchar_t* last : {L"0", L"600", L"1199"}) {
+    const std::wstring name = std::wstring(L"a-file-with-a-rather-long-name-") + last;
+    EXPECT_THAT(findIn(tree, name), ElementsAre(L"many/" + name));
+  }
+  EXPECT_THAT(findIn(tree, L"Z"), ElementsAre(L"many/z"));
+}
+
+TEST(FileSearch, NamesMayBeLongerThanAPathCanBe) {
+  TempTree tree;
+  tree.addFile("a");
+  std::wstring name;
+  while (name.size() < 10000) name += L"no-such-directory/";
+  EXPECT_THAT(findIn(tree, name + L"a"), ElementsAre(L"a"));
+}
+
+TEST(FileSearch, GivesTheRealSpellingOfANameThatIsWrittenInAnotherCase) {
+  TempTree tree;
+  tree.addFile("Work/Proj/X.cpp");
+  EXPECT_THAT(findIn(tree, L"work/PROJ/x.CPP", 0), ElementsAre(L"Work/Proj/X.cpp"));
+  EXPECT_THAT(findIn(tree, L"proj/x.cpp"), ElementsAre(L"Work/Proj/X.cpp"));
+  EXPECT_THAT(findIn(tree, L"X.CPP"), ElementsAre(L"Work/Proj/X.cpp"));
+}
+
+TEST(FileSearch, FindsNamesBeyondAscii) {
+  TempTree tree;
+  tree.addFile(L"\u00E9/\U0001F600.c");
+  EXPECT_THAT(findIn(tree, L"\U0001F600.c"), ElementsAre(L"\u00E9/\U0001F600.c"));
 }
 
 TEST(FileSearch, IsEmptyAgainAfterClearing) {

@@ -2,11 +2,13 @@
 
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <vector>
 
 #include "paku/file_search.h"
+#include "paku/path_style.h"
 
 #include "support/temp_tree.h"
 
@@ -30,7 +32,8 @@ class FoundPaths final : public IFileScanCallback {
 
 constexpr int kWholeTree = -1;
 
-/// Returns the files called `name` in the tree, as paths below its root.
+/// Returns the files called `name` in the tree, as paths below its root, with '/'
+/// between their components.
 inline std::vector<std::wstring> findIn(const quiver_test::TempTree& tree,
                                         const std::wstring& name,
                                         int depth = kWholeTree,
@@ -40,8 +43,10 @@ inline std::vector<std::wstring> findIn(const quiver_test::TempTree& tree,
   FoundPaths found(limit);
   search.find(name, found);
   std::vector<std::wstring> below;
-  for (const std::wstring& path : found.paths())
+  for (const std::wstring& path : found.paths()) {
     below.push_back(path.substr(tree.root().size() + 1));
+    std::ranges::replace(below.back(), separatorOf(systemPathStyle()), L'/');
+  }
   return below;
 }
 

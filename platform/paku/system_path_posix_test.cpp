@@ -17,7 +17,7 @@ std::wstring canonical(const std::wstring& path) {
   return Filename(path).canonical().text().text();
 }
 
-TEST(SystemPath, GoesUpFromWhereALinkLeads) {
+TEST(SystemPathPosix, GoesUpFromWhereALinkLeads) {
   quiver_test::TempTree tree;
   tree.addDirectory("far/away");
   tree.addLink("absolute", tree.path("far/away"));
@@ -26,20 +26,20 @@ TEST(SystemPath, GoesUpFromWhereALinkLeads) {
   EXPECT_EQ(canonical(tree.root() + L"/relative/../x"), tree.path("far/x"));
 }
 
-TEST(SystemPath, KeepsLinksAndWhatDoesNotExist) {
+TEST(SystemPathPosix, KeepsLinksAndWhatDoesNotExist) {
   quiver_test::TempTree tree;
   tree.addLink("link", "far/away");
   EXPECT_EQ(canonical(tree.root() + L"//link/./x/"), tree.path("link/x"));
   EXPECT_EQ(canonical(tree.root() + L"/missing/../x"), tree.path("x"));
 }
 
-TEST(SystemPath, LoopsEnd) {
+TEST(SystemPathPosix, LoopsEnd) {
   quiver_test::TempTree tree;
   tree.addLink("loop", "loop");
   EXPECT_EQ(canonical(tree.root() + L"/loop/../x"), tree.path("x"));
 }
 
-TEST(SystemPath, ReadsLinksOfRelativeNamesFromTheCurrentDirectory) {
+TEST(SystemPathPosix, ReadsLinksOfRelativeNamesFromTheCurrentDirectory) {
   quiver_test::TempTree tree;
   tree.addDirectory("far/away");
   tree.addLink("link", "far/away");
@@ -47,7 +47,7 @@ TEST(SystemPath, ReadsLinksOfRelativeNamesFromTheCurrentDirectory) {
   EXPECT_EQ(canonical(L"link/../x"), L"far/x");
 }
 
-TEST(SystemPath, LeavesDrivesAlone) {
+TEST(SystemPathPosix, LeavesDrivesAlone) {
   EXPECT_EQ(internal::withoutDriveDirectory(L"C:x"), L"C:x");
   EXPECT_EQ(canonical(L"C:\\Dir"), L"C:\\Dir");
   EXPECT_EQ(canonical(L"c:\\dir\\"), L"c:\\dir");

@@ -68,7 +68,7 @@ TEST(StderrSink, IsTheProcessSinkByDefault) {
 TEST(FileSink, AppendsLinesThatAreOnDiskAtOnce) {
   const quiver_test::TempTree tree;
   const std::filesystem::path file = tree.path("trace.log");
-  std::ofstream(file) << "earlier\n";
+  std::ofstream(file, std::ios::binary) << "earlier\n";
   const std::shared_ptr<ISink> sink = makeFileSink(file);
   ASSERT_NE(sink, nullptr);
   sink->write(kRecord);
