@@ -57,7 +57,7 @@ function(quiver_module name)
   target_include_directories(quiver_${name} PUBLIC
     "${PROJECT_SOURCE_DIR}/include" "${PROJECT_SOURCE_DIR}/src")
   target_compile_definitions(quiver_${name} PRIVATE QV_BUILDING_QUIVER)
-  target_link_libraries(quiver_${name} PUBLIC paku vesk win Threads::Threads PRIVATE quiver_warnings)
+  target_link_libraries(quiver_${name} PUBLIC paku symsrv vesk win Threads::Threads PRIVATE quiver_warnings)
   quiver_test_program(${name}_test SOURCES ${tests} LIBRARIES quiver_internal)
 endfunction()
 

@@ -21,6 +21,16 @@ class IByteSource {
   ~IByteSource() = default;
 };
 
+/// Takes bytes, one behind the other.
+class IByteSink {
+ public:
+  /// Returns false to end it all.
+  virtual bool write(const void* bytes, std::size_t count) = 0;
+
+ protected:
+  ~IByteSink() = default;
+};
+
 /// Memory that the caller keeps alive.
 class MemorySource final : public IByteSource {
  public:

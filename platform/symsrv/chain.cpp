@@ -2,6 +2,8 @@
 
 #include "symsrv/chain.h"
 
+#include <algorithm>
+
 #include "symsrv/text.h"
 
 namespace symsrv_1_0::internal {
@@ -22,6 +24,8 @@ std::vector<std::string_view> split(std::string_view text) {
 
 /// Returns the reason when the store is refused.
 std::string readStore(std::string_view text, const std::string& defaultStore, StoreName& store) {
+  if (text.empty() && defaultStore.empty())
+    return "there is no default store";
   if (!hasScheme(text)) {
     store.directory = text.empty() ? defaultStore : std::string(text);
     return {};
@@ -40,14 +44,13 @@ ParsedElement readStores(const std::vector<std::string_view>& parts,
   if (parts.size() - first > kMaxStores)
     return refused("more than " + std::to_string(kMaxStores) + " stores");
   Chain chain;
-  for (std::size_t i = first; i < parts.size(); ++i) {
+  for (std::size_t i = first; i < std::max(parts.size(), first + 1); ++i) {
     StoreName store;
-    if (std::string reason = readStore(parts[i], defaultStore, store); !reason.empty())
+    const std::string_view text = i < parts.size() ? parts[i] : std::string_view();
+    if (std::string reason = readStore(text, defaultStore, store); !reason.empty())
       return refused(std::move(reason));
     chain.stores.push_back(std::move(store));
   }
-  if (chain.stores.empty())
-    chain.stores.push_back({defaultStore, std::nullopt});
   return {std::move(chain), {}};
 }
 

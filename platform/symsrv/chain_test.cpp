@@ -117,6 +117,13 @@ TEST(ChainList, KeepsNothingOfARefusedElement) {
   EXPECT_TRUE(list.chains().empty());
 }
 
+TEST(ChainList, WithoutADefaultStoreNoneStandsForIt) {
+  ChainList list;
+  for (const char* element : {"srv*", "srv**https://h/p", "symsrv*symsrv.dll", "cache*"})
+    EXPECT_THAT(list.add(element, ""), HasSubstr("no default store")) << element;
+  EXPECT_EQ(list.add("srv*https://h/p", ""), "");
+}
+
 TEST(Url, EscapesComponentsAndKeepsTheQueryLast) {
   const Url url = parseUrl("https://u:p@h/p/?sas=1").value();
   EXPECT_EQ(url.below({"a b#%+&.pdb", "x", "\xC3\xA9"}),

@@ -44,7 +44,7 @@ class FileSource final : public IByteSource {
 class Folder;
 
 /// A file in the making. What was written can be read at once. Removed unless published.
-class NewFile final : public IByteSource {
+class NewFile final : public IByteSource, public IByteSink {
  public:
   NewFile(std::shared_ptr<Folder> folder, std::string name, std::intptr_t handle);
   ~NewFile();
@@ -56,7 +56,7 @@ class NewFile final : public IByteSource {
   bool read(std::uint64_t offset, void* to, std::size_t count) override;
 
   /// Adds to the end. Returns false when the system did not take everything.
-  bool write(const void* bytes, std::size_t count);
+  bool write(const void* bytes, std::size_t count) override;
 
   /// Takes everything back, to begin anew.
   bool clear();

@@ -53,6 +53,17 @@ bool LinuxSpecificRoutines::isSymbolServerPath(const wchar_t* path) {
   return internal::isSymbolServerElement(path);
 }
 
+std::wstring LinuxSpecificRoutines::downloadSymbolFile(const wchar_t* binaryFile,
+                                                       const std::vector<std::wstring>& symbolPath,
+                                                       ISymbolDownloadProgress* progress) {
+  return m_download.fetch(binaryFile, symbolPath, progress);
+}
+
+std::wstring LinuxSpecificRoutines::downloadSymbolFileFromEnvironment(
+    const wchar_t* binaryFile, ISymbolDownloadProgress* progress) {
+  return m_download.fetchFromEnvironment(binaryFile, progress);
+}
+
 std::wstring LinuxSpecificRoutines::mapFileName(const wchar_t* name, std::int32_t) {
   return name ? name : L"";
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "os/os_common_routines.h"
+#include "os/symbol_download.h"
 
 namespace QV_2_9 {
 
@@ -21,6 +22,11 @@ class LinuxSpecificRoutines final : public OSCommonRoutines {
                           ISearchResultsContainer& results,
                           std::int32_t osType) override;
   bool isSymbolServerPath(const wchar_t* path) override;
+  std::wstring downloadSymbolFile(const wchar_t* binaryFile,
+                                  const std::vector<std::wstring>& symbolPath,
+                                  ISymbolDownloadProgress* progress) override;
+  std::wstring downloadSymbolFileFromEnvironment(const wchar_t* binaryFile,
+                                                 ISymbolDownloadProgress* progress) override;
   std::wstring mapFileName(const wchar_t* name, std::int32_t osType) override;
 
   void splitPathList(const wchar_t* list, std::vector<std::wstring>& out) override;
@@ -28,6 +34,9 @@ class LinuxSpecificRoutines final : public OSCommonRoutines {
   void addCommonSystemDirs(ISearchDirectoryContainer& dirs) override;
   void addDriverDirs(ISearchDirectoryContainer& dirs) override;
   void addSymbolPathDirs(ISearchDirectoryContainer& dirs) override;
+
+ private:
+  internal::SymbolDownload m_download;
 };
 
 }  // namespace QV_2_9

@@ -113,6 +113,18 @@ bool WindowsSpecificRoutines::isSymbolServerPath(const wchar_t* path) {
   return internal::isSymbolServerElement(path);
 }
 
+std::wstring WindowsSpecificRoutines::downloadSymbolFile(
+    const wchar_t* binaryFile,
+    const std::vector<std::wstring>& symbolPath,
+    ISymbolDownloadProgress* progress) {
+  return m_download.fetch(binaryFile, symbolPath, progress);
+}
+
+std::wstring WindowsSpecificRoutines::downloadSymbolFileFromEnvironment(
+    const wchar_t* binaryFile, ISymbolDownloadProgress* progress) {
+  return m_download.fetchFromEnvironment(binaryFile, progress);
+}
+
 std::wstring WindowsSpecificRoutines::mapFileName(const wchar_t* name, std::int32_t) {
   return name ? name : L"";
 }

@@ -6,10 +6,11 @@
 #include "win/windows_system.h"
 
 #include "os/os_common_routines.h"
+#include "os/symbol_download.h"
 
 namespace QV_2_9 {
 
-/// Keeps no state: any thread may call.
+/// Keeps no state but the downloads', which lock themselves: any thread may call.
 ///
 ///   category   directories, in order                                               tree
 ///   binaries   %SYSTEMROOT%\System32                                               no
@@ -38,6 +39,11 @@ class WindowsSpecificRoutines final : public OSCommonRoutines {
                           ISearchResultsContainer& results,
                           std::int32_t osType) override;
   bool isSymbolServerPath(const wchar_t* path) override;
+  std::wstring downloadSymbolFile(const wchar_t* binaryFile,
+                                  const std::vector<std::wstring>& symbolPath,
+                                  ISymbolDownloadProgress* progress) override;
+  std::wstring downloadSymbolFileFromEnvironment(const wchar_t* binaryFile,
+                                                 ISymbolDownloadProgress* progress) override;
   std::wstring mapFileName(const wchar_t* name, std::int32_t osType) override;
 
   void splitPathList(const wchar_t* list, std::vector<std::wstring>& out) override;
@@ -48,6 +54,7 @@ class WindowsSpecificRoutines final : public OSCommonRoutines {
 
  private:
   win::IWindowsSystem& m_system;
+  internal::SymbolDownload m_download;
 };
 
 }  // namespace QV_2_9

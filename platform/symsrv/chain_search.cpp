@@ -1,0 +1,196 @@
+// The directories of a chain, and who takes copies. Its servers are in chain_search_server.cpp.
+
+#include "symsrv/chain_search.h"
+
+#include "symsrv/pdb_identity.h"
+#include "symsrv/pointer_file.h"
+#include "symsrv/safe_name.h"
+#include "symsrv/text.h"
+#include "symsrv/verify.h"
+
+namespace symsrv_1_0::internal {
+namespace {
+
+constexpr std::string_view kSeparators = "/\\";
+
+bool isSeparator(char c) {
+  return kSeparators.find(c) != std::string_view::npos;
+}
+
+/// Returns what of `path` lies below `root`. Empty when it does not.
+std::string_view below(std::string_view path, std::string_view root) {
+  while (!root.empty() && isSeparator(root.back())) root.remove_suffix(1);
+  if (root.empty() || path.size() <= root.size() + 1 || path.substr(0, root.size()) != root ||
+      !isSeparator(path[root.size()]))
+    return {};
+  return path.substr(root.size() + 1);
+}
+
+bool isRelative(std::string_view path) {
+  return !path.empty() && !isSeparator(path[0]) && path.find(':') == std::string_view::npos;
+}
+
+/// Returns false when one of the names is not an ordinary one.
+bool splitOrdinary(std::string_view path, std::vector<std::string>& names) {
+  while (!path.empty()) {
+    const std::size_t end = std::min(path.find_first_of(kSeparators), path.size());
+    if (!isSafeComponent(path.substr(0, end)))
+      return false;
+    names.emplace_back(path.substr(0, end));
+    path.remove_prefix(std::min(end + 1, path.size()));
+  }
+  return !names.empty();
+}
+
+}  // namespace
+
+ChainSearch::ChainSearch(Downloader& shared,
+                         const std::vector<Chain>& chains,
+                         const Chain& chain,
+                         const SoughtFile& sought,
+                         Progress& progress)
+    : m_shared(shared),
+      m_settings(shared.m_settings),
+      m_chains(chains),
+      m_chain(chain),
+      m_sought(sought),
+      m_progress(progress) {}
+
+void ChainSearch::say(const std::string& where, const std::string& what) const {
+  if (m_shared.m_report)
+    m_shared.m_report(printable(where) + ": " + printable(what));
+}
+
+std::string ChainSearch::run() {
+  for (std::size_t i = 0; i < m_chain.stores.size(); ++i) {
+    const bool isServer = m_chain.stores[i].url.has_value();
+    for (const Place& place : m_sought.places) {
+      if (!(isServer ? place.onServers : place.inDirectories))
+        continue;
+      std::string path = isServer ? tryServer(i, place) : tryDirectory(i, place);
+      if (!path.empty() || m_progress.isCanceled())
+        return path;
+    }
+  }
+  return {};
+}
+
+DirectoryStore ChainSearch::directory(std::size_t index) const {
+  const bool takesCopies = index + 1 < m_chain.stores.size() || m_chain.isCache;
+  return DirectoryStore(m_chain.stores[index].directory, takesCopies, m_settings);
+}
+
+std::vector<DirectoryStore> ChainSearch::storesBefore(std::size_t index) const {
+  std::vector<DirectoryStore> stores;
+  for (std::size_t i = 0; i < index; ++i)
+    if (!m_chain.stores[i].url)
+      stores.push_back(directory(i));
+  if (stores.empty() && !m_settings.defaultStore.empty())
+    stores.emplace_back(m_settings.defaultStore, true, m_settings);
+  return stores;
+}
+
+std::string ChainSearch::nearestStore() const {
+  for (const DirectoryStore& store : storesBefore(m_chain.stores.size()))
+    if (store.reasonAgainst().empty())
+      return store.root();
+  return {};
+}
+
+std::string ChainSearch::tryDirectory(std::size_t index, const Place& place) {
+  const DirectoryStore store = directory(index);
+  if (std::string reason = store.reasonAgainst(); !reason.empty()) {
+    say(store.root(), reason);
+    return {};
+  }
+  const std::shared_ptr<Folder> folder = store.find(place);
+  if (!folder) {
+    say(store.root(), "not there");
+    return {};
+  }
+  std::vector<std::string> names = {place.file};
+  if (place.isKeyed)
+    names.push_back(compressedName(place.file));
+  for (const std::string& name : names) {
+    const std::unique_ptr<FileSource> file = folder->read(name, store.links());
+    if (!file)
+      continue;
+    std::string path = tryFile(index, *file, folder->pathOf(name));
+    if (!path.empty() || m_progress.isCanceled())
+      return path;
+  }
+  return place.isKeyed ? tryPointer(index, store, *folder) : std::string();
+}
+
+std::string ChainSearch::tryFile(std::size_t index, IByteSource& file, const std::string& path) {
+  const bool isCompressed = recogniseContainer(file) == Container::kCabinet;
+  if (!isCompressed) {
+    const std::string reason = mismatch(file, m_sought);
+    if (!reason.empty()) {
+      say(path, reason);
+      return {};
+    }
+    say(path, "found");
+    if (index == 0 || m_sought.isByChecksum())
+      return path;
+  }
+  Delivery delivery(storesBefore(index), m_sought, m_settings, m_progress);
+  const DeliveryResult result =
+      delivery.hasPlace() ? delivery.deliver(file) : DeliveryResult{{}, "no store can be written"};
+  if (!result.reason.empty())
+    say(path, result.reason);
+  // The right file, and nowhere to bring it: it serves where it lies.
+  if (result.path.empty() && !isCompressed && !m_progress.isCanceled())
+    return path;
+  return result.path;
+}
+
+std::string ChainSearch::tryPointer(std::size_t index,
+                                    const DirectoryStore& store,
+                                    const Folder& folder) {
+  const std::unique_ptr<FileSource> file = folder.read("file.ptr", store.links());
+  if (!file || file->size() > kMaxPointerSize)
+    return {};
+  std::string content(static_cast<std::size_t>(file->size()), '\0');
+  if (!file->read(0, content.data(), content.size()))
+    return {};
+  const PointerFile pointer = parsePointerFile(content);
+  if (pointer.kind != PointerFile::Kind::kPath) {
+    say(folder.pathOf("file.ptr"), "no file: " + pointer.text);
+    return {};
+  }
+  std::string path;
+  const std::unique_ptr<FileSource> pointed = openPointed(pointer.text, store.root(), path);
+  if (!pointed) {
+    say(folder.pathOf("file.ptr"), "points to nothing in a store: " + pointer.text);
+    return {};
+  }
+  return tryFile(index, *pointed, path);
+}
+
+/// Follows a pointer into its own store, or into a directory that the user named; nowhere else:
+/// opening a share of a stranger would tell him who asks.
+std::unique_ptr<FileSource> ChainSearch::openPointed(const std::string& text,
+                                                     const std::string& storeRoot,
+                                                     std::string& path) {
+  std::string root = storeRoot;
+  std::string_view rest = isRelative(text) ? std::string_view(text) : below(text, storeRoot);
+  for (const Chain& chain : m_chains)
+    for (const StoreName& store : chain.stores)
+      if (rest.empty() && !store.url && isAbsolutePath(store.directory)) {
+        rest = below(text, store.directory);
+        root = store.directory;
+      }
+  std::vector<std::string> names;
+  if (!splitOrdinary(rest, names))
+    return nullptr;
+  const std::string name = names.back();
+  names.pop_back();
+  const auto folder = Folder::open(root, names, Folder::Missing::kRefuse, Links::kRefuse);
+  if (!folder)
+    return nullptr;
+  path = folder->pathOf(name);
+  return folder->read(name, Links::kRefuse);
+}
+
+}  // namespace symsrv_1_0::internal

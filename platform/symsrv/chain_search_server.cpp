@@ -1,0 +1,140 @@
+// The servers of a chain.
+//
+// A file that is missing is asked for under its compressed name too, and then remembered as
+// missing. Any other trouble sets the server aside. Servers of debug files for ELF answer questions
+// that they do not understand with "unavailable": for these such an answer is a miss.
+
+#include "symsrv/chain_search.h"
+
+namespace symsrv_1_0::internal {
+namespace {
+
+using Kind = FetchResult::Kind;
+
+class FileSink final : public IFetchSink {
+ public:
+  explicit FileSink(NewFile& file) : m_file(file) {}
+  bool write(const void* bytes, std::size_t count) override { return m_file.write(bytes, count); }
+  bool clear() override { return m_file.clear(); }
+
+ private:
+  NewFile& m_file;
+};
+
+/// For answers of which only the status counts.
+class NullSink final : public IFetchSink {
+ public:
+  bool write(const void*, std::size_t) override { return true; }
+  bool clear() override { return true; }
+};
+
+/// Returns what a miss is remembered by. With a query, which may be a secret, nothing may reach the
+/// disk; the second value tells.
+std::pair<std::string, bool> missKey(const Url& url, const std::vector<std::string>& components) {
+  Url plain = url;
+  plain.userInfo.clear();
+  return {plain.below(components), url.query.empty()};
+}
+
+}  // namespace
+
+std::string ChainSearch::tryServer(std::size_t index, const Place& place) {
+  const Url& url = *m_chain.stores[index].url;
+  if (!m_shared.m_transport)
+    return {};
+  if (std::string reason = m_shared.m_servers.reasonAgainst(url.origin()); !reason.empty()) {
+    say(url.shownBelow({}), "left alone: " + reason);
+    return {};
+  }
+  const auto [key, mayBeStored] = missKey(url, place.components(false, place.file));
+  const std::string store = mayBeStored ? nearestStore() : std::string();
+  if (!store.empty())
+    m_shared.sweepOnce(store);
+  if (m_shared.m_misses.isMissing(key, store)) {
+    say(url.shownBelow(place.components(false, place.file)), "was missing a while ago");
+    return {};
+  }
+  Answers answers;
+  const std::optional<bool> hasTwoTiers = place.isKeyed ? askTiers(url) : false;
+  if (!hasTwoTiers)
+    return {};
+  std::string path = askServer(index, place, *hasTwoTiers, answers);
+  if (path.empty() && answers.isMissing && !m_progress.isCanceled())
+    m_shared.m_misses.remember(key, answers.isForGood ? store : std::string());
+  return path;
+}
+
+std::optional<bool> ChainSearch::askTiers(const Url& url) {
+  const std::string address = url.below({});
+  if (const std::optional<bool> known = m_shared.tiersOf(address))
+    return known;
+  NullSink sink;
+  const FetchResult result =
+      fetch(*m_shared.m_transport, url.below({"index2.txt"}), m_settings, m_progress, sink);
+  say(url.shownBelow({"index2.txt"}), result.reason);
+  const bool isAnswer = result.kind == Kind::kDone || result.kind == Kind::kMissing;
+  if (!isAnswer && !(m_sought.elf && result.status != 0)) {
+    Answers unused;
+    judgeFailure(url, result, unused);
+    return std::nullopt;
+  }
+  m_shared.rememberTiers(address, result.kind == Kind::kDone);
+  return result.kind == Kind::kDone;
+}
+
+std::string ChainSearch::askServer(std::size_t index,
+                                   const Place& place,
+                                   bool hasTwoTiers,
+                                   Answers& answers) {
+  std::vector<std::string> names = {place.file};
+  if (place.isKeyed)
+    names.push_back(compressedName(place.file));
+  for (const std::string& name : names) {
+    std::string path = download(index, place.components(hasTwoTiers, name), answers);
+    if (!path.empty() || !answers.isMissing || m_progress.isCanceled())
+      return path;
+  }
+  return {};
+}
+
+std::string ChainSearch::download(std::size_t index,
+                                  const std::vector<std::string>& components,
+                                  Answers& answers) {
+  const Url& url = *m_chain.stores[index].url;
+  const std::string shown = url.shownBelow(components);
+  Delivery delivery(storesBefore(index), m_sought, m_settings, m_progress);
+  std::unique_ptr<NewFile> raw = delivery.hasPlace() ? delivery.newRawFile() : nullptr;
+  if (!raw) {
+    say(shown, "not asked: no store can be written");
+    answers.isMissing = false;
+    return {};
+  }
+  FileSink sink(*raw);
+  const FetchResult result =
+      fetch(*m_shared.m_transport, url.below(components), m_settings, m_progress, sink);
+  say(shown, result.reason);
+  if (result.kind != Kind::kDone) {
+    judgeFailure(url, result, answers);
+    return {};
+  }
+  DeliveryResult delivered = delivery.deliver(std::move(raw));
+  if (delivered.path.empty())
+    say(shown, delivered.reason);
+  answers.isForGood = false;
+  return delivered.path;
+}
+
+void ChainSearch::judgeFailure(const Url& url, const FetchResult& result, Answers& answers) {
+  if (result.kind == Kind::kMissing) {
+    answers.isForGood = answers.isForGood && result.status != 403;
+    return;
+  }
+  answers.isForGood = false;
+  if (result.kind == Kind::kRefused || (m_sought.elf && result.status >= 500))
+    return;  // of this file, for now
+  answers.isMissing = false;
+  if (result.kind == Kind::kTrouble)
+    m_shared.m_servers.setAside(url.origin(), result.reason);
+}
+
+}  // namespace symsrv_1_0::internal

@@ -1,0 +1,43 @@
+// Places in directories.
+
+#include "symsrv/directory_store.h"
+
+namespace symsrv_1_0::internal {
+
+std::string compressedName(const std::string& name) {
+  std::size_t last = name.size() - 1;
+  while (last > 0 && (static_cast<unsigned char>(name[last]) & 0xC0) == 0x80) --last;
+  return name.substr(0, last) + "_";
+}
+
+DirectoryStore::DirectoryStore(std::string root, bool takesCopies, const Settings& settings)
+    : m_root(std::move(root)),
+      m_links(takesCopies ? Links::kRefuse : Links::kFollow),
+      m_isDefault(m_root == settings.defaultStore) {}
+
+std::string DirectoryStore::reasonAgainst() const {
+  if (!isAbsolutePath(m_root))
+    return "not an absolute path";
+  if (m_isDefault && !isPrivateFolder(m_root))
+    return "others may write there";
+  return {};
+}
+
+bool DirectoryStore::hasTwoTiers() const {
+  const auto root = Folder::open(m_root, {}, Folder::Missing::kRefuse, m_links);
+  return root && root->read("index2.txt", m_links);
+}
+
+std::shared_ptr<Folder> DirectoryStore::find(const Place& place) const {
+  return Folder::open(m_root, place.folderNames(hasTwoTiers()), Folder::Missing::kRefuse, m_links);
+}
+
+std::shared_ptr<Folder> DirectoryStore::make(const Place& place) const {
+  return Folder::open(m_root,
+                      place.folderNames(hasTwoTiers()),
+                      Folder::Missing::kMake,
+                      Links::kRefuse,
+                      m_isDefault ? Folder::Access::kPrivate : Folder::Access::kUsual);
+}
+
+}  // namespace symsrv_1_0::internal

@@ -1,0 +1,95 @@
+// Follows redirects and tries again.
+
+#include "symsrv/fetch.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <thread>
+
+#include "symsrv/hop_watcher.h"
+
+namespace symsrv_1_0::internal {
+namespace {
+
+using Kind = FetchResult::Kind;
+using std::chrono::milliseconds;
+
+constexpr milliseconds kMaxPause{2000};
+constexpr milliseconds kStep{20};
+
+/// Returns the reason why a redirect is not followed, an empty text otherwise.
+std::string refusal(const Url& from, const std::optional<Url>& to) {
+  if (!to)
+    return "redirected to an address that is not supported";
+  if (from.isSecure && !to->isSecure)
+    return "redirected from https to http";
+  return {};
+}
+
+FetchResult tryOnce(HopWatcher& watcher,
+                    ITransport& transport,
+                    const Url& first,
+                    const Settings& settings) {
+  Url url = first;
+  for (int hops = 0; hops <= settings.limits.redirects; ++hops) {
+    HopRequest request{{}, std::move(url.userInfo), settings.caFile, settings.limits.connect};
+    url.userInfo.clear();
+    request.url = url.below({});
+    const HopResult hop = transport.get(request, watcher);
+    const std::string location = watcher.takeRedirect();
+    if (location.empty())
+      return watcher.judge(hop);
+    std::optional<Url> next = parseUrl(location);
+    if (const std::string reason = refusal(url, next); !reason.empty())
+      return {Kind::kTrouble, 0, reason};
+    // What an address elsewhere brings along as credentials is not ours to send.
+    next->userInfo = next->origin() == first.origin() ? first.userInfo : "";
+    url = *std::move(next);
+  }
+  return {Kind::kTrouble, 0, "redirected too often"};
+}
+
+milliseconds pauseBefore(int nextTry, const Limits& limits, const std::string& retryAfter) {
+  const long seconds = std::strtol(retryAfter.c_str(), nullptr, 10);
+  if (seconds > 0)
+    return milliseconds(seconds * 1000);
+  return limits.betweenTries * nextTry;
+}
+
+/// Returns false when the caller did not want to wait.
+bool pause(milliseconds time, Progress& progress) {
+  const auto end = std::chrono::steady_clock::now() + time;
+  while (std::chrono::steady_clock::now() < end) {
+    if (!progress.tick())
+      return false;
+    std::this_thread::sleep_for(kStep);
+  }
+  return true;
+}
+
+}  // namespace
+
+FetchResult fetch(ITransport& transport,
+                  const std::string& address,
+                  const Settings& settings,
+                  Progress& progress,
+                  IFetchSink& sink) {
+  const std::optional<Url> url = parseUrl(address);
+  if (!url)
+    return {Kind::kTrouble, 0, "an address that is not supported"};
+  for (int tries = 1;; ++tries) {
+    if (!sink.clear())
+      return {Kind::kSinkFull, 0, "cannot be written"};
+    HopWatcher watcher(settings.limits, progress, sink);
+    const FetchResult result = tryOnce(watcher, transport, *url, settings);
+    if (result.kind != Kind::kTrouble || !watcher.isBusy() || tries >= settings.limits.tries)
+      return result;
+    const milliseconds time = pauseBefore(tries, settings.limits, watcher.retryAfter());
+    if (time > kMaxPause)
+      return result;
+    if (!pause(time, progress))
+      return {Kind::kCanceled, result.status, "canceled"};
+  }
+}
+
+}  // namespace symsrv_1_0::internal

@@ -1,0 +1,68 @@
+// From the interface's texts to the module's own, and back.
+
+#include "symsrv/helper.h"
+
+#include "paku/text_encoding.h"
+#include "symsrv/text.h"
+
+namespace symsrv_1_0::internal {
+namespace {
+
+bool toUtf8(const wchar_t* text, std::string& bytes) {
+  return text && PAKU_3_1::encode(text, bytes);
+}
+
+}  // namespace
+
+SymSrvHelper::SymSrvHelper(Settings settings, std::unique_ptr<ITransport> transport, Report report)
+    : m_report(report),
+      m_downloader(std::move(settings), std::move(transport), std::move(report)) {}
+
+void SymSrvHelper::say(const std::string& line) const {
+  if (m_report)
+    m_report(printable(line));
+}
+
+void SymSrvHelper::addServer(const wchar_t* element) {
+  std::string text;
+  if (!toUtf8(element, text))
+    return;
+  const std::lock_guard guard(m_lock);
+  const std::string refusal = m_servers.add(text, m_downloader.settings().defaultStore);
+  if (!refusal.empty())
+    say(refusal);
+}
+
+void SymSrvHelper::clearServers() {
+  const std::lock_guard guard(m_lock);
+  m_servers.clear();
+}
+
+std::vector<Chain> SymSrvHelper::chains() const {
+  const std::lock_guard guard(m_lock);
+  return m_servers.chains();
+}
+
+QV_2_9::ObjectPtr<ISymbolFileInfo> SymSrvHelper::download(const wchar_t* binaryFile,
+                                                          IDownloadProgressCallback* callback) {
+  std::string name;
+  const std::unique_ptr<FileSource> binary =
+      toUtf8(binaryFile, name) ? FileSource::open(name) : nullptr;
+  if (!binary) {
+    say(name + ": cannot be read");
+    return nullptr;
+  }
+  const SoughtResult sought = soughtFileOf(*binary, name);
+  if (!sought.file) {
+    say(name + ": " + sought.reason);
+    return nullptr;
+  }
+  Progress progress(callback);
+  const std::string path = m_downloader.obtain(chains(), *sought.file, progress);
+  progress.finish();
+  if (path.empty())
+    return nullptr;
+  return new SymbolFileInfo(PAKU_3_1::decode(path));
+}
+
+}  // namespace symsrv_1_0::internal

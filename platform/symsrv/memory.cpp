@@ -1,0 +1,127 @@
+// Remembers servers, misses and keys.
+
+#include "symsrv/memory.h"
+
+#include <cstdlib>
+
+#include "symsrv/files.h"
+#include "symsrv/text.h"
+
+namespace symsrv_1_0::internal {
+namespace {
+
+const char* const kFolder = ".misses";
+constexpr std::string_view kSuffix = ".miss";
+constexpr std::string_view kFirstLine = "not there at ";
+constexpr std::uint64_t kMaxSize = 8192;
+
+std::int64_t now() {
+  return std::chrono::duration_cast<std::chrono::seconds>(
+             std::chrono::system_clock::now().time_since_epoch())
+      .count();
+}
+
+std::string fileName(const std::string& address) {
+  std::uint64_t hash = 0xCBF29CE484222325;
+  for (const char c : address) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3;
+  return lowerHex(hash, 16) + std::string(kSuffix);
+}
+
+std::shared_ptr<Folder> missFolder(const std::string& store, Folder::Missing missing) {
+  if (store.empty())
+    return nullptr;
+  return Folder::open(store, {kFolder}, missing, Links::kRefuse);
+}
+
+struct Miss {
+  std::int64_t time = 0;
+  std::string address;
+};
+
+std::optional<Miss> readMiss(const Folder& folder, const std::string& name) {
+  const std::unique_ptr<FileSource> file = folder.read(name, Links::kRefuse);
+  if (!file || file->size() > kMaxSize)
+    return std::nullopt;
+  std::string text(static_cast<std::size_t>(file->size()), '\0');
+  const std::size_t end = file->read(0, text.data(), text.size()) ? text.find('\n') : text.npos;
+  if (end == std::string::npos || text.compare(0, kFirstLine.size(), kFirstLine) != 0)
+    return std::nullopt;
+  return Miss{std::strtoll(text.c_str() + kFirstLine.size(), nullptr, 10),
+              std::string(trimmed(std::string_view(text).substr(end)))};
+}
+
+/// A time that lies ahead is none: clocks are set back.
+bool isFresh(const Miss& miss, std::chrono::seconds expiry) {
+  const std::int64_t age = now() - miss.time;
+  return age >= 0 && age < expiry.count();
+}
+
+}  // namespace
+
+void ServerMemory::setAside(const std::string& origin, const std::string& reason) {
+  const std::lock_guard guard(m_lock);
+  m_reasons.emplace(origin, reason);
+}
+
+std::string ServerMemory::reasonAgainst(const std::string& origin) const {
+  const std::lock_guard guard(m_lock);
+  const auto found = m_reasons.find(origin);
+  return found == m_reasons.end() ? std::string() : found->second;
+}
+
+void MissMemory::remember(const std::string& address, const std::string& store) {
+  {
+    const std::lock_guard guard(m_lock);
+    m_until[address] = Clock::now() + m_expiry;
+  }
+  const std::shared_ptr<Folder> folder = missFolder(store, Folder::Missing::kMake);
+  const std::string name = fileName(address);
+  const std::unique_ptr<NewFile> file = folder ? folder->create(name) : nullptr;
+  const std::string text = std::string(kFirstLine) + std::to_string(now()) + "\n" + address + "\n";
+  if (file && file->write(text.data(), text.size()))
+    static_cast<void>(file->publish(name));
+}
+
+bool MissMemory::isMissing(const std::string& address, const std::string& store) {
+  {
+    const std::lock_guard guard(m_lock);
+    const auto found = m_until.find(address);
+    if (found != m_until.end() && Clock::now() < found->second)
+      return true;
+  }
+  const std::shared_ptr<Folder> folder = missFolder(store, Folder::Missing::kRefuse);
+  const std::optional<Miss> miss = folder ? readMiss(*folder, fileName(address)) : std::nullopt;
+  return miss && miss->address == address && isFresh(*miss, m_expiry);
+}
+
+void MissMemory::sweep(const std::string& store) const {
+  const std::shared_ptr<Folder> folder = missFolder(store, Folder::Missing::kRefuse);
+  if (!folder)
+    return;
+  std::error_code error;
+  std::filesystem::directory_iterator entry(standardPath(folder->pathOf({})), error), end;
+  for (; !error && entry != end; entry.increment(error)) {
+    const std::string name = entry->path().filename().string();
+    if (name.size() != 16 + kSuffix.size() || name.substr(16) != kSuffix)
+      continue;
+    const std::optional<Miss> miss = readMiss(*folder, name);
+    if (!miss || !isFresh(*miss, m_expiry))
+      folder->remove(name);
+  }
+}
+
+KeyGate::Hold::Hold(KeyGate& gate, std::string key) : m_gate(gate), m_key(std::move(key)) {
+  std::unique_lock lock(m_gate.m_lock);
+  m_gate.m_freed.wait(lock, [this] { return m_gate.m_held.count(m_key) == 0; });
+  m_gate.m_held.insert(m_key);
+}
+
+KeyGate::Hold::~Hold() {
+  {
+    const std::lock_guard guard(m_gate.m_lock);
+    m_gate.m_held.erase(m_key);
+  }
+  m_gate.m_freed.notify_all();
+}
+
+}  // namespace symsrv_1_0::internal

@@ -1,0 +1,60 @@
+// Walks a store.
+
+#include "symsrv/sweep.h"
+
+#include <filesystem>
+
+#include "symsrv/files.h"
+
+namespace symsrv_1_0::internal {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kMaxDepth = 4;  // two tiers: na/name/ID/name
+constexpr int kMaxEntries = 200000;
+constexpr std::chrono::hours kBetweenSweeps{24};
+const char* const kStampFolder = ".misses";
+const char* const kStamp = "swept";
+
+bool isOlder(const fs::path& path, std::chrono::seconds age) {
+  std::error_code error;
+  const fs::file_time_type time = fs::last_write_time(path, error);
+  return !error && fs::file_time_type::clock::now() - time > age;
+}
+
+/// Returns false when the store was swept lately, or cannot be.
+bool takeTurn(const std::string& store) {
+  const auto folder = Folder::open(store, {kStampFolder}, Folder::Missing::kMake, Links::kRefuse);
+  if (!folder)
+    return false;
+  std::error_code error;
+  const fs::path stamp = standardPath(folder->pathOf(kStamp));
+  if (fs::exists(stamp, error) && !isOlder(stamp, kBetweenSweeps))
+    return false;
+  const std::unique_ptr<NewFile> file = folder->create(kStamp);
+  return file && file->publish(kStamp);
+}
+
+}  // namespace
+
+void sweepTemporaries(const std::string& store, std::chrono::seconds age) {
+  if (!takeTurn(store))
+    return;
+  std::error_code error;
+  fs::recursive_directory_iterator entry(
+      standardPath(store), fs::directory_options::skip_permission_denied, error);
+  int entries = 0;
+  for (const fs::recursive_directory_iterator end; !error && entry != end; entry.increment(error)) {
+    if (++entries > kMaxEntries)
+      return;
+    std::error_code ignored;
+    if (entry.depth() >= kMaxDepth)
+      entry.disable_recursion_pending();
+    const bool isFile = fs::is_regular_file(entry->symlink_status(ignored));
+    if (isFile && isTemporaryName(entry->path().filename().string()) && isOlder(entry->path(), age))
+      fs::remove(entry->path(), ignored);
+  }
+}
+
+}  // namespace symsrv_1_0::internal

@@ -1,0 +1,69 @@
+// The symbol-server helper, as those see it who use it. It works in a module of its own,
+// "quiver_symsrv", which is opened from the directory of the library when it is first needed: who
+// needs no symbol servers need not have it, nor what it depends on.
+
+#pragma once
+
+#include <cstdint>
+
+#include "quiver/object.h"
+
+namespace symsrv_1_0 {
+
+/// Follows one download.
+///
+/// Implemented by: the caller.
+/// Lifetime: borrowed for the `download` call.
+/// Threads: the thread of that call.
+/// Failure: an exception ends the download and leaves through `download`.
+class IDownloadProgressCallback {
+ public:
+  /// A transfer begins; `value` is its size in KiB, 0 when unknown. Setting `*cancel` ends it.
+  virtual void onStart(int value, bool* cancel) = 0;  // 0
+  /// `value` KiB have come. Called several times a second, also while nothing comes.
+  virtual void onProgress(int value, bool* cancel) = 0;  // 1
+  /// Called once after `onStart`, however it ended.
+  virtual void onFinish() = 0;  // 2
+
+ protected:
+  ~IDownloadProgressCallback() = default;
+};
+
+/// Implemented by: the module.
+/// Lifetime: counted; counts may change on any thread.
+/// Threads: any.
+/// Failure: none.
+class ISymbolFileInfo : public QV_2_9::IQVObject {
+ public:
+  /// Returns the local path; never null, valid while the object lives.
+  virtual const wchar_t* getPath() = 0;  // 4
+};
+
+/// Implemented by: the module.
+/// Lifetime: counted; counts may change on any thread.
+/// Threads: downloads may run at the same time; each uses the servers registered when it began.
+/// Failure: null.
+class ISymSrvHelper : public QV_2_9::IQVObject {
+ public:
+  /// Registers one element of a symbol path, such as "srv*C:\cache*https://host/symbols". An
+  /// element that cannot be used is ignored.
+  virtual void addServer(const wchar_t* element) = 0;  // 4
+  /// Forgets the registered elements.
+  virtual void clearServers() = 0;  // 5
+  /// Returns the symbol file that belongs to the binary. Null when no server had it.
+  virtual QV_2_9::ObjectPtr<ISymbolFileInfo> download(
+      const wchar_t* binaryFile,
+      IDownloadProgressCallback* progress) = 0;  // 6
+
+  /// Returns a new helper. Null when the module is not in the library's directory.
+  static QV_2_9::ObjectPtr<ISymSrvHelper> create();
+};
+
+/// Changes when anything above does; the module answers only to the number it was built with.
+inline constexpr std::int32_t kInterfaceVersion = 1;
+
+/// The one function of the module, by name and by type. Returns null or a new object.
+inline constexpr const char* kCreateFunction = "quiver_symsrv_create";
+using CreateFunction = ISymSrvHelper* (*)(std::int32_t interfaceVersion);
+
+}  // namespace symsrv_1_0

@@ -1,0 +1,86 @@
+// Registers servers and downloads, under the download lock.
+
+#include "os/symbol_download.h"
+
+#include "core/lock.h"
+#include "os/symbol_path.h"
+
+namespace QV_2_9 {
+
+void SymSrvDownloadProgressCallback::onStart(int value, bool* cancel) {
+  if (!m_progress)
+    return;
+  m_progress->start(value);
+  *cancel = m_progress->isCanceled();
+}
+
+void SymSrvDownloadProgressCallback::onProgress(int value, bool* cancel) {
+  if (!m_progress)
+    return;
+  m_progress->progress(value);
+  *cancel = m_progress->isCanceled();
+}
+
+void SymSrvDownloadProgressCallback::onFinish() {
+  if (m_progress)
+    m_progress->finish();
+}
+
+namespace internal {
+namespace {
+
+using symsrv_1_0::ISymbolFileInfo;
+using symsrv_1_0::ISymSrvHelper;
+
+QVLock g_downloadLock;
+SymSrvHelperFactory g_factoryForTest = nullptr;
+
+ObjectPtr<ISymSrvHelper> makeHelper() {
+  return g_factoryForTest ? g_factoryForTest() : ISymSrvHelper::create();
+}
+
+}  // namespace
+
+void setSymSrvHelperFactoryForTest(SymSrvHelperFactory factory) {
+  g_factoryForTest = factory;
+}
+
+/// Returns true when at least one server is registered.
+bool SymbolDownload::registerServers(const std::vector<std::wstring>& elements) {
+  if (m_helper)
+    m_helper->clearServers();
+  bool hasServer = false;
+  for (const std::wstring& element : elements) {
+    if (!isSymbolServerElement(element.c_str()))
+      continue;
+    if (!m_helper)
+      m_helper = makeHelper();
+    if (!m_helper)
+      return false;
+    m_helper->addServer(element.c_str());
+    hasServer = true;
+  }
+  return hasServer;
+}
+
+std::wstring SymbolDownload::fetch(const wchar_t* binaryFile,
+                                   const std::vector<std::wstring>& elements,
+                                   ISymbolDownloadProgress* progress) {
+  if (!binaryFile || binaryFile[0] == L'\0')
+    return {};
+  const LockGuard guard(&g_downloadLock);
+  if (!registerServers(elements))
+    return {};
+  SymSrvDownloadProgressCallback callback(progress);
+  const ObjectPtr<ISymbolFileInfo> file = m_helper->download(binaryFile, &callback);
+  const wchar_t* path = file ? file->getPath() : nullptr;
+  return path ? path : std::wstring();
+}
+
+std::wstring SymbolDownload::fetchFromEnvironment(const wchar_t* binaryFile,
+                                                  ISymbolDownloadProgress* progress) {
+  return fetch(binaryFile, symbolPathElements(), progress);
+}
+
+}  // namespace internal
+}  // namespace QV_2_9
