@@ -11,14 +11,35 @@ namespace {
 
 using Kind = FetchResult::Kind;
 
-class FileSink final : public IFetchSink {
+/// Makes a file when the first byte comes: what is missing leaves no trace.
+class LateFile final : public IFetchSink {
  public:
-  explicit FileSink(NewFile& file) : m_file(file) {}
-  bool write(const void* bytes, std::size_t count) override { return m_file.write(bytes, count); }
-  bool clear() override { return m_file.clear(); }
+  LateFile(std::vector<DirectoryStore> stores,
+           const SoughtFile& sought,
+           const Settings& settings,
+           Progress& progress)
+      : m_stores(std::move(stores)), m_sought(sought), m_settings(settings), m_progress(progress) {}
+
+  bool write(const void* bytes, std::size_t count) override {
+    if (!m_delivery) {
+      m_delivery.emplace(m_stores, m_sought, m_settings, m_progress);
+      m_file = m_delivery->hasPlace() ? m_delivery->newRawFile() : nullptr;
+    }
+    return m_file && m_file->write(bytes, count);
+  }
+  bool clear() override { return !m_file || m_file->clear(); }
+
+  DeliveryResult deliver() {
+    return m_file ? m_delivery->deliver(std::move(m_file)) : DeliveryResult{{}, "empty"};
+  }
 
  private:
-  NewFile& m_file;
+  const std::vector<DirectoryStore> m_stores;
+  const SoughtFile& m_sought;
+  const Settings& m_settings;
+  Progress& m_progress;
+  std::optional<Delivery> m_delivery;
+  std::unique_ptr<NewFile> m_file;
 };
 
 /// For answers of which only the status counts.
@@ -102,14 +123,7 @@ std::string ChainSearch::download(std::size_t index,
                                   Answers& answers) {
   const Url& url = *m_chain.stores[index].url;
   const std::string shown = url.shownBelow(components);
-  Delivery delivery(storesBefore(index), m_sought, m_settings, m_progress);
-  std::unique_ptr<NewFile> raw = delivery.hasPlace() ? delivery.newRawFile() : nullptr;
-  if (!raw) {
-    say(shown, "not asked: no store can be written");
-    answers.isMissing = false;
-    return {};
-  }
-  FileSink sink(*raw);
+  LateFile sink(storesBefore(index), m_sought, m_settings, m_progress);
   const FetchResult result =
       fetch(*m_shared.m_transport, url.below(components), m_settings, m_progress, sink);
   say(shown, result.reason);
@@ -117,7 +131,7 @@ std::string ChainSearch::download(std::size_t index,
     judgeFailure(url, result, answers);
     return {};
   }
-  DeliveryResult delivered = delivery.deliver(std::move(raw));
+  DeliveryResult delivered = sink.deliver();
   if (delivered.path.empty())
     say(shown, delivered.reason);
   answers.isForGood = false;

@@ -12,6 +12,7 @@ namespace symsrv_1_0::internal {
 namespace {
 
 constexpr std::size_t kChunk = 256 * 1024;
+constexpr int kTriesToMake = 3;
 
 /// Tells a full disk from a damaged cabinet, and lets the caller end it.
 class WatchedSink final : public IByteSink {
@@ -43,15 +44,26 @@ Delivery::Delivery(const std::vector<DirectoryStore>& stores,
                    const SoughtFile& sought,
                    const Settings& settings,
                    Progress& progress)
-    : m_sought(sought), m_settings(settings), m_progress(progress) {
-  const Place* place = sought.cachePlace();
-  for (const DirectoryStore& store : stores) {
-    if (!place || !store.reasonAgainst().empty())
-      continue;
-    std::shared_ptr<Folder> folder = store.make(*place);
-    std::unique_ptr<NewFile> file = folder ? folder->create(place->file) : nullptr;
-    if (file)
-      m_slots.push_back({store.root(), std::move(folder), std::move(file), false});
+    : m_stores(stores), m_sought(sought), m_settings(settings), m_progress(progress) {
+  if (const Place* place = sought.cachePlace())
+    for (const DirectoryStore& store : m_stores) addSlot(store, *place);
+}
+
+Delivery::~Delivery() {
+  m_slots.clear();
+  if (const Place* place = m_isPublished ? nullptr : m_sought.cachePlace())
+    for (const DirectoryStore& store : m_stores) store.removeEmpty(*place);
+}
+
+void Delivery::addSlot(const DirectoryStore& store, const Place& place) {
+  // Another process may remove the folder while it is still empty.
+  for (int tries = 0; tries < kTriesToMake && store.reasonAgainst().empty(); ++tries) {
+    std::shared_ptr<Folder> folder = store.make(place);
+    std::unique_ptr<NewFile> file = folder ? folder->create(place.file) : nullptr;
+    if (file) {
+      m_slots.push_back({std::move(folder), std::move(file), false});
+      return;
+    }
   }
 }
 
@@ -159,6 +171,7 @@ DeliveryResult Delivery::publish(bool isCompressed) {
   // The nearest first: the others are of use only when it worked.
   if (!m_slots.front().file->publish(name))
     return {{}, "cannot be written"};
+  m_isPublished = true;
   for (std::size_t i = 1; i < m_slots.size(); ++i)
     static_cast<void>(m_slots[i].file->publish(isCompressed ? compressedName(name) : name));
   return {m_slots.front().folder->pathOf(name), {}};

@@ -29,12 +29,13 @@ class Delivery final {
            const SoughtFile& sought,
            const Settings& settings,
            Progress& progress);
+  ~Delivery();
+
+  Delivery(const Delivery&) = delete;
+  Delivery& operator=(const Delivery&) = delete;
 
   /// Returns true when some store can take the file.
   bool hasPlace() const { return !m_slots.empty(); }
-
-  /// Returns the root of the nearest of them.
-  const std::string& nearestRoot() const { return m_slots.front().root; }
 
   /// Returns a file to download into, in the furthest of them. Null when it cannot be made.
   std::unique_ptr<NewFile> newRawFile();
@@ -46,13 +47,13 @@ class Delivery final {
 
  private:
   struct Slot {
-    std::string root;
     std::shared_ptr<Folder> folder;
     std::unique_ptr<NewFile> file;
     bool isFilled;
   };
   enum class Outcome { kDone, kWrong, kCannotWrite };
 
+  void addSlot(const DirectoryStore& store, const Place& place);
   Outcome fill(IByteSource& source, bool isCompressed, std::size_t& failed);
   Outcome fillNearest(IByteSource& from, bool isCompressed);
   Outcome copy(IByteSource& from, NewFile& to);
@@ -60,11 +61,13 @@ class Delivery final {
   DeliveryResult publish(bool isCompressed);
   Outcome stop(Outcome outcome, std::string reason);
 
+  const std::vector<DirectoryStore> m_stores;
   const SoughtFile& m_sought;
   const Settings& m_settings;
   Progress& m_progress;
   std::vector<Slot> m_slots;  // the nearest first
   std::string m_reason;
+  bool m_isPublished = false;
 };
 
 }  // namespace symsrv_1_0::internal

@@ -40,4 +40,8 @@ std::shared_ptr<Folder> DirectoryStore::make(const Place& place) const {
                       m_isDefault ? Folder::Access::kPrivate : Folder::Access::kUsual);
 }
 
+void DirectoryStore::removeEmpty(const Place& place) const {
+  Folder::removeEmpty(m_root, place.folderNames(hasTwoTiers()));
+}
+
 }  // namespace symsrv_1_0::internal

@@ -29,6 +29,8 @@ class DirectoryStore final {
   std::shared_ptr<Folder> find(const Place& place) const;
   /// Makes the folder of a place.
   std::shared_ptr<Folder> make(const Place& place) const;
+  /// Removes the folder of a place when nothing is in it.
+  void removeEmpty(const Place& place) const;
 
   Links links() const { return m_links; }
 

@@ -94,6 +94,9 @@ class Folder final : public std::enable_shared_from_this<Folder> {
   Folder(const Folder&) = delete;
   Folder& operator=(const Folder&) = delete;
 
+  /// Removes the folders of `names`, innermost first, as far as they are empty.
+  static void removeEmpty(const std::string& root, std::vector<std::string> names);
+
   std::string pathOf(const std::string& name) const;
   std::unique_ptr<FileSource> read(const std::string& name, Links links) const;
   bool remove(const std::string& name) const;

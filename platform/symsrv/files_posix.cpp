@@ -140,6 +140,16 @@ std::shared_ptr<Folder> Folder::open(const std::string& root,
   return fd < 0 ? nullptr : std::make_shared<Folder>(std::move(path), fd, access);
 }
 
+void Folder::removeEmpty(const std::string& root, std::vector<std::string> names) {
+  while (!names.empty()) {
+    const std::string last = std::move(names.back());
+    names.pop_back();
+    const auto parent = open(root, names, Missing::kRefuse, Links::kRefuse);
+    if (!parent || unlinkat(descriptor(parent->m_handle), last.c_str(), AT_REMOVEDIR) != 0)
+      return;
+  }
+}
+
 Folder::~Folder() {
   close(descriptor(m_handle));
 }

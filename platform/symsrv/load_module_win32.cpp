@@ -1,7 +1,7 @@
 // Finds the library by the address of a function in it.
 
-#include <string>
 #include <windows.h>
+#include <string>
 
 #include "symsrv/load_module.h"
 

@@ -1,0 +1,264 @@
+#!/usr/bin/env python3
+"""A server on the loopback that behaves as well or as badly as it is asked to.
+
+usage: loopback_server.py FILES LOG [CERTIFICATE KEY]
+
+Serves FILES/NAME for any address that ends in NAME; the first component says how:
+
+    /good/...        as it should be           /redirect-N/...  the same behind N redirects
+
+See BEHAVIOURS for the rest. Prints its port and writes a line per request into LOG.
+"""
+
+import os
+import socket
+import socketserver
+import ssl
+import sys
+import time
+
+FILES, LOG = sys.argv[1], sys.argv[2]
+BUSY_ONCE = set()
+
+
+def content(name):
+    try:
+        with open(os.path.join(FILES, name), "rb") as file:
+            return file.read()
+    except OSError:
+        return None
+
+
+class Stop(Exception):
+    pass
+
+
+class Answer:
+    def __init__(self, request, path, port, scheme):
+        self.request, self.path, self.port, self.scheme = request, path, port, scheme
+        self.name = path.rsplit("/", 1)[1]
+
+    def send(self, data):
+        self.request.sendall(data)
+
+    def head(self, status, *headers):
+        lines = [f"HTTP/1.1 {status} x", *headers, "Connection: close", "", ""]
+        self.send("\r\n".join(lines).encode())
+
+    def whole(self, data, *headers, status=200):
+        self.head(status, f"Content-Length: {len(data)}", *headers)
+        self.send(data)
+
+    def body(self):
+        data = content(self.name)
+        if data is None:
+            self.whole(b"<html>not found</html>", "Content-Type: text/html", status=404)
+            raise Stop
+        return data
+
+    def rest(self):
+        return self.path.split("/", 2)[2]
+
+    def redirect(self, where, status=302):
+        self.whole(b"", f"Location: {where}", status=status)
+
+    def good(self):
+        self.whole(self.body(), "Content-Type: chemical/x-pdb")
+
+    def chunked(self):
+        data = self.body()
+        self.head(200, "Transfer-Encoding: chunked")
+        for at in range(0, len(data), 10000):
+            part = data[at:at + 10000]
+            self.send(b"%x\r\n%s\r\n" % (len(part), part))
+        self.send(b"0\r\n\r\n")
+
+    def steady(self):
+        data = self.body()
+        self.head(200, f"Content-Length: {len(data)}")
+        for at in range(0, len(data), 4096):
+            self.send(data[at:at + 4096])
+            time.sleep(0.004)
+
+    def cut_length(self):
+        data = self.body()
+        self.head(200, f"Content-Length: {len(data)}")
+        self.send(data[:len(data) // 2])
+
+    def cut_chunked(self):
+        data = self.body()
+        self.head(200, "Transfer-Encoding: chunked")
+        self.send(b"%x\r\n%s\r\n" % (20000, data[:20000]))
+
+    def cut_without_length(self):
+        self.send(b"HTTP/1.0 200 x\r\n\r\n" + self.body()[:30000])
+
+    def without_length(self):
+        self.send(b"HTTP/1.0 200 x\r\n\r\n" + self.body())
+
+    def endless(self):
+        self.body()
+        self.head(200, "Transfer-Encoding: chunked")
+        while True:
+            self.send(b"10000\r\n" + b"x" * 65536 + b"\r\n")
+
+    def huge_length(self):
+        self.body()
+        self.head(200, "Content-Length: 100000000000000")
+        self.send(b"x")
+        time.sleep(5)
+
+    def drip(self):
+        data = self.body()
+        self.head(200, f"Content-Length: {len(data)}")
+        for byte in data:
+            self.send(bytes([byte]))
+            time.sleep(0.02)
+
+    def drip_headers(self):
+        self.send(b"HTTP/1.1 200 x\r\n")
+        while True:
+            self.send(b"X-More: x\r\n")
+            time.sleep(0.02)
+
+    def hang(self):
+        time.sleep(30)
+
+    def hang_in_body(self):
+        data = self.body()
+        self.head(200, f"Content-Length: {len(data)}")
+        self.send(data[:1000])
+        time.sleep(30)
+
+    def refuse(self):
+        pass  # closes without a word
+
+    def nonsense(self):
+        self.send(b"\x00\x01\x02 this is no HTTP\r\n\r\n")
+
+    def wrong(self):
+        self.name = "other/" + self.name
+        self.good()
+
+    def html(self):
+        self.body()
+        self.whole(b"<html>log in, please</html>", "Content-Type: text/html; charset=utf-8")
+
+    def html_as_file(self):
+        self.body()
+        self.whole(b"<!DOCTYPE html>log in, please", "Content-Type: application/octet-stream")
+
+    def empty(self):
+        self.body()
+        self.whole(b"")
+
+    def gzip(self):
+        import gzip
+        self.whole(gzip.compress(self.body()), "Content-Encoding: gzip")
+
+    def loop(self):
+        self.redirect(self.path)
+
+    def to_file(self):
+        self.redirect("file:///etc/hostname")
+
+    def to_ftp(self):
+        self.redirect("ftp://127.0.0.1/x")
+
+    def to_http(self):
+        self.redirect(f"http://127.0.0.1:{self.port}/good/{self.rest()}")
+
+    def to_other_host(self):
+        self.redirect(f"{self.scheme}://localhost:{self.port}/good/{self.rest()}")
+
+    def to_injected(self):
+        self.redirect(f"{self.scheme}://user:secret@localhost:{self.port}/good/{self.rest()}")
+
+    def e500(self):
+        self.whole(b"", status=500)
+
+    def e503_later(self):
+        self.whole(b"", "Retry-After: 100", status=503)
+
+    def e503_once(self):
+        if self.path not in BUSY_ONCE:
+            BUSY_ONCE.add(self.path)
+            self.whole(b"", status=503)
+        else:
+            self.good()
+
+    def e403(self):
+        self.whole(b"", status=403)
+
+    def e401(self):
+        self.whole(b"", "WWW-Authenticate: Basic", status=401)
+
+    def debug_server(self):
+        """Answers one kind of question, as servers of debug files do; to others: unavailable."""
+        if "/buildid/" not in self.path:
+            self.whole(b"", status=503)
+        elif self.name == "debuginfo":
+            self.name = "hello.debug"
+            self.good()
+        else:
+            self.whole(b"", status=404)
+
+
+class Handler(socketserver.BaseRequestHandler):
+    def handle(self):
+        self.request.settimeout(30)
+        try:
+            text = b""
+            while b"\r\n\r\n" not in text:
+                more = self.request.recv(65536)
+                if not more:
+                    return
+                text += more
+            lines = text.decode("latin-1").split("\r\n")
+            path = lines[0].split(" ")[1]
+            credentials = [line for line in lines if line.lower().startswith("authorization:")]
+            host = [line.split(" ")[1] for line in lines if line.lower().startswith("host:")]
+            with open(LOG, "a", encoding="latin-1") as log:
+                log.write(" ".join([path, *host, *credentials]) + "\n")
+            path = path.split("?")[0]
+            self.answer(path)
+        except (Stop, OSError):
+            pass
+
+    def answer(self, path):
+        way = path.split("/")[1]
+        answer = Answer(self.request, path, self.server.server_address[1], self.server.scheme)
+        if path.endswith("/index2.txt"):
+            # Stores have one tier here; but trouble is trouble for any question.
+            if way in ("hang", "refuse", "nonsense", "e500", "e401", "e503-later", "loop", "to-file",
+                       "to-ftp", "to-http", "drip-headers", "debug-server"):
+                getattr(answer, way.replace("-", "_"))()
+            else:
+                answer.whole(b"", status=404)
+        elif way.startswith("redirect-"):
+            count = int(way[9:])
+            target = "good" if count == 1 else f"redirect-{count - 1}"
+            answer.redirect(f"/{target}/{answer.rest()}", status=(301, 302, 303, 307, 308)[count % 5])
+        else:
+            getattr(answer, way.replace("-", "_"))()
+
+
+class Server(socketserver.ThreadingTCPServer):
+    allow_reuse_address = True
+    daemon_threads = True
+    request_queue_size = 64
+
+
+def main():
+    server = Server(("127.0.0.1", 0), Handler)
+    server.scheme = "http"
+    if sys.argv[3:]:
+        context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+        context.load_cert_chain(sys.argv[3], sys.argv[4])
+        server.socket = context.wrap_socket(server.socket, server_side=True)
+        server.scheme = "https"
+    print(server.server_address[1], flush=True)
+    server.serve_forever()
+
+
+main()

@@ -1,0 +1,67 @@
+// Starts programs.
+
+#include "symsrv/server_process_test_support.h"
+
+#include <csignal>
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace symsrv_1_0::internal {
+namespace {
+
+pid_t start(const std::vector<std::string>& arguments, int output) {
+  std::vector<char*> argv;
+  for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+  argv.push_back(nullptr);
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  if (output >= 0)
+    posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO);
+  else
+    posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+  posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+  pid_t process = -1;
+  if (posix_spawnp(&process, argv[0], &actions, nullptr, argv.data(), environ) != 0)
+    process = -1;
+  posix_spawn_file_actions_destroy(&actions);
+  return process;
+}
+
+}  // namespace
+
+ServerProcess::ServerProcess(const std::vector<std::string>& arguments) {
+  int ends[2];
+  if (pipe2(ends, O_CLOEXEC) != 0)
+    return;
+  m_output = ends[0];
+  m_process = start(arguments, ends[1]);
+  close(ends[1]);
+}
+
+ServerProcess::~ServerProcess() {
+  if (m_process > 0) {
+    kill(m_process, SIGKILL);
+    waitpid(m_process, nullptr, 0);
+  }
+  close(m_output);
+}
+
+std::string ServerProcess::readLine() {
+  std::string line;
+  for (char c = 0; read(m_output, &c, 1) == 1 && c != '\n';) line += c;
+  return line;
+}
+
+int runProgram(const std::vector<std::string>& arguments) {
+  const pid_t process = start(arguments, -1);
+  int status = 0;
+  if (process < 0 || waitpid(process, &status, 0) != process || !WIFEXITED(status))
+    return -1;
+  return WEXITSTATUS(status);
+}
+
+}  // namespace symsrv_1_0::internal

@@ -1,0 +1,33 @@
+// Programs that run beside a test.
+
+#pragma once
+
+#include <string>
+#include <sys/types.h>
+#include <vector>
+
+namespace symsrv_1_0::internal {
+
+/// Starts a program with its output read by the test; ends it with SIGKILL at the end.
+class ServerProcess final {
+ public:
+  explicit ServerProcess(const std::vector<std::string>& arguments);
+  ~ServerProcess();
+
+  ServerProcess(const ServerProcess&) = delete;
+  ServerProcess& operator=(const ServerProcess&) = delete;
+
+  /// Returns the next line that the program prints. Empty when it printed none and ended.
+  std::string readLine();
+
+  bool isRunning() const { return m_process > 0; }
+
+ private:
+  pid_t m_process = -1;
+  int m_output = -1;
+};
+
+/// Runs a program to its end. Returns its exit status, -1 when it could not be run.
+int runProgram(const std::vector<std::string>& arguments);
+
+}  // namespace symsrv_1_0::internal
