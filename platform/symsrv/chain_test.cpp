@@ -137,6 +137,19 @@ TEST(Url, ShowsNoSecrets) {
   EXPECT_EQ(shownUrl("ftp://u:secret@h"), "ftp://...");
 }
 
+TEST(Url, RedirectsMayBeRelative) {
+  const Url from = parseUrl("https://h:8/a/b?q").value();
+  for (const auto& [location, expected] : {std::pair("http://x/y", "http://x/y"),
+                                           std::pair("//x/y", "https://x/y"),
+                                           std::pair("/y?z", "https://h:8/y?z"),
+                                           std::pair("y", "https://h:8/a/y"),
+                                           std::pair("?z", "https://h:8/a/b?z"),
+                                           std::pair("file:/etc/x", "file:/etc/x"),
+                                           std::pair("y/x:z", "https://h:8/a/y/x:z"),
+                                           std::pair("", "")})
+    EXPECT_EQ(resolveLocation(from, location), expected);
+}
+
 TEST(Url, OriginIsSchemeHostAndPort) {
   EXPECT_EQ(parseUrl("HTTP://Host:81/p")->origin(), "http://host:81");
   EXPECT_NE(parseUrl("http://h/p")->origin(), parseUrl("https://h/p")->origin());

@@ -39,7 +39,7 @@ FetchResult tryOnce(HopWatcher& watcher,
     const std::string location = watcher.takeRedirect();
     if (location.empty())
       return watcher.judge(hop);
-    std::optional<Url> next = parseUrl(location);
+    std::optional<Url> next = parseUrl(resolveLocation(url, location));
     if (const std::string reason = refusal(url, next); !reason.empty())
       return {Kind::kTrouble, 0, reason};
     // What an address elsewhere brings along as credentials is not ours to send.

@@ -91,7 +91,8 @@ class Answer:
         self.send(b"%x\r\n%s\r\n" % (20000, data[:20000]))
 
     def cut_without_length(self):
-        self.send(b"HTTP/1.0 200 x\r\n\r\n" + self.body()[:30000])
+        data = self.body()
+        self.send(b"HTTP/1.0 200 x\r\n\r\n" + data[:len(data) // 2])
 
     def without_length(self):
         self.send(b"HTTP/1.0 200 x\r\n\r\n" + self.body())
@@ -135,6 +136,34 @@ class Answer:
 
     def nonsense(self):
         self.send(b"\x00\x01\x02 this is no HTTP\r\n\r\n")
+
+    def missing(self):
+        self.whole(b"", status=404)
+
+    def compressed(self):
+        self.good() if self.name.endswith("_") else self.missing()
+
+    def bomb(self):
+        self.replaced("bomb.cab")
+
+    def lying_bomb(self):
+        """The bomb says that it is small."""
+        self.replaced("bomb.cab", lambda data: data[:44] + b"\x00\x10\x00\x00" + data[48:])
+
+    def cut_cabinet(self):
+        self.replaced("tiny64.pd_", lambda data: data[:-100])
+
+    def damaged_cabinet(self):
+        self.replaced("tiny64.pd_", lambda data: data[:-900] + b"\xff" * 900)
+
+    def wrong_cabinet(self):
+        self.replaced("two.cab")
+
+    def replaced(self, name, change=lambda data: data):
+        if not self.name.endswith("_"):
+            return self.missing()
+        self.name = name
+        return self.whole(change(self.body()))
 
     def wrong(self):
         self.name = "other/" + self.name

@@ -39,6 +39,9 @@ llvm-pdbutil yaml2pdb --pdb=rewritten.pdb rewritten.yaml
 gcab -c -z tiny64.pd_ tiny64.pdb
 gcab -c stored.cab tiny64.pdb
 gcab -c two.cab tiny64.pdb tiny32.pdb
+head -c 33554432 /dev/zero > zeros
+gcab -c -z bomb.cab zeros
+rm zeros
 
 printf '#include <stdio.h>\nint main(void) { puts("hello"); return 0; }\n' > hello.c
 cc -g -O1 -Wl,--build-id=sha1 -o hello.full hello.c

@@ -24,7 +24,7 @@ struct HopHeader {
   int status = 0;
   std::optional<std::uint64_t> contentLength;
   std::string contentType;
-  std::string location;  ///< Absolute; empty when there is none.
+  std::string location;  ///< As written; empty when there is none.
   std::string retryAfter;
 };
 

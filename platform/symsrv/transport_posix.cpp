@@ -74,7 +74,6 @@ bool Hop::passHeader() {
   if (length >= 0)
     m_header.contentLength = static_cast<std::uint64_t>(length);
   m_header.contentType = info(CURLINFO_CONTENT_TYPE);
-  m_header.location = info(CURLINFO_REDIRECT_URL);
   m_isStopped = !m_sink.header(m_header);
   return !m_isStopped;
 }
@@ -84,6 +83,8 @@ bool Hop::readHeaderLine(std::string_view line) {
     m_header = {};
   else if (startsWithIgnoreCase(line, "Retry-After:"))
     m_header.retryAfter = trimmed(line.substr(12));
+  else if (startsWithIgnoreCase(line, "Location:"))
+    m_header.location = trimmed(line.substr(9));
   return !trimmed(line).empty() || passHeader();
 }
 

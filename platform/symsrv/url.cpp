@@ -86,6 +86,22 @@ std::optional<Url> parseUrl(std::string_view text) {
   return url;
 }
 
+std::string resolveLocation(const Url& from, std::string_view location) {
+  const std::string scheme = from.isSecure ? "https:" : "http:";
+  const std::size_t colon = location.find(':');
+  if (location.empty() ||
+      (colon != std::string_view::npos && colon < location.find_first_of("/?#")))
+    return std::string(location);
+  if (location.substr(0, 2) == "//")
+    return scheme + std::string(location);
+  const std::string root = scheme + "//" + from.authority;
+  if (location[0] == '/')
+    return root + std::string(location);
+  if (location[0] == '?' || location[0] == '#')
+    return root + from.path + std::string(location);
+  return root + from.path.substr(0, from.path.rfind('/') + 1) + std::string(location);
+}
+
 std::string shownUrl(std::string_view text) {
   const std::optional<Url> url = parseUrl(text);
   if (!url)

@@ -32,6 +32,10 @@ bool hasScheme(std::string_view text);
 
 std::optional<Url> parseUrl(std::string_view text);
 
+/// Returns the address that a redirect from `from` leads to: `location` may be relative. An address
+/// of another scheme comes back as it is.
+std::string resolveLocation(const Url& from, std::string_view location);
+
 /// Returns an address without credentials and query, fit for messages. Takes any text.
 std::string shownUrl(std::string_view text);
 
