@@ -73,12 +73,15 @@ class Answer:
             self.send(b"%x\r\n%s\r\n" % (len(part), part))
         self.send(b"0\r\n\r\n")
 
-    def steady(self):
+    def steady(self, pause=0.004):
         data = self.body()
         self.head(200, f"Content-Length: {len(data)}")
         for at in range(0, len(data), 4096):
             self.send(data[at:at + 4096])
-            time.sleep(0.004)
+            time.sleep(pause)
+
+    def brisk(self):
+        self.steady(0.001)
 
     def cut_length(self):
         data = self.body()

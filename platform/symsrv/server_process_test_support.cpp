@@ -57,9 +57,19 @@ std::string ServerProcess::readLine() {
 }
 
 int runProgram(const std::vector<std::string>& arguments) {
-  const pid_t process = start(arguments, -1);
+  return resultOf(start(arguments, -1));
+}
+
+pid_t startChild(const std::function<int()>& work) {
+  const pid_t child = fork();
+  if (child == 0)
+    _exit(work());
+  return child;
+}
+
+int resultOf(pid_t child) {
   int status = 0;
-  if (process < 0 || waitpid(process, &status, 0) != process || !WIFEXITED(status))
+  if (child < 0 || waitpid(child, &status, 0) != child || !WIFEXITED(status))
     return -1;
   return WEXITSTATUS(status);
 }

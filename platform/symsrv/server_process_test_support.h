@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <functional>
 #include <string>
 #include <sys/types.h>
 #include <vector>
@@ -29,5 +30,11 @@ class ServerProcess final {
 
 /// Runs a program to its end. Returns its exit status, -1 when it could not be run.
 int runProgram(const std::vector<std::string>& arguments);
+
+/// Runs `work` in a process of its own, which ends with the number that it returns.
+pid_t startChild(const std::function<int()>& work);
+
+/// Waits for a child. Returns its number, -1 when it was killed.
+int resultOf(pid_t child);
 
 }  // namespace symsrv_1_0::internal
