@@ -2,8 +2,10 @@
 
 #include <exception>
 #include <string>
+#include <vector>
 
 #include "archive_command.h"
+#include "arguments.h"
 #include "command_line.h"
 #include "lookup.h"
 #include "report.h"
@@ -13,8 +15,10 @@ namespace {
 
 using namespace quiver_tool;
 
-Answer run(int argc, const char* const* argv) {
-  const CommandLine line = parseCommandLine(argc, argv);
+Answer run(const std::vector<std::string>& arguments) {
+  std::vector<const char*> words;
+  for (const std::string& argument : arguments) words.push_back(argument.c_str());
+  const CommandLine line = parseCommandLine(static_cast<int>(words.size()), words.data());
   if (line.answer)
     return *line.answer;
   if (line.archive)
@@ -38,7 +42,7 @@ int print(const Answer& answer) {
 int main(int argc, char** argv) {
   try {
     prepareStandardStreams();
-    return print(run(argc, argv));
+    return print(run(commandLineArguments(argc, argv)));
   } catch (const std::exception& error) {
     writeDiagnostics(std::string("quiver: ") + error.what() + "\n");
     return kExitFailure;

@@ -49,14 +49,6 @@ TEST_F(ProgramWithChecks, TakesTheModificationTimeOfAFile) {
   EXPECT_EQ(find({"--mtime", path("reference")}).out, path("old/a.c") + "\n");
 }
 
-TEST_F(ProgramWithChecks, TakesTheModificationTimeOfAFileFromBefore1970) {
-  add("reference");
-  m_tree.setModificationTime("reference", -5, 250000000);
-  m_tree.setModificationTime("old/a.c", -5);
-  EXPECT_EQ(find({"--mtime", path("reference")}).out, path("old/a.c") + "\n");
-  EXPECT_EQ(find({"--mtime=-5"}).out, path("old/a.c") + "\n");
-}
-
 TEST_F(ProgramWithChecks, TakesTheFileWithTheSize) {
   EXPECT_EQ(find({"--size", "5"}).out, path("old/a.c") + "\n");
   EXPECT_EQ(find({"--size", "7"}).out, path("new/a.c") + "\n");

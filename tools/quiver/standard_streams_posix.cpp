@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include "standard_streams.h"
+#include "stream_bytes.h"
 
 namespace quiver_tool {
 namespace {
@@ -16,6 +17,11 @@ void fillWithRefusal(int stream) {
 }
 
 }  // namespace
+
+bool writeBytes(std::FILE* stream, const std::string& bytes) {
+  return std::fwrite(bytes.data(), 1, bytes.size(), stream) == bytes.size() &&
+         std::fflush(stream) == 0;
+}
 
 void prepareStandardStreams() {
   std::signal(SIGPIPE, SIG_IGN);
