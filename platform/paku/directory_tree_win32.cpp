@@ -35,13 +35,15 @@ bool isDots(const wchar_t* name) {
 class Listing final {
  public:
   /// `pattern`: a directory with "\*" behind it, or a path without a wildcard: that entry alone.
-  explicit Listing(const std::wstring& pattern)
-      : m_find(FindFirstFileExW(pattern.c_str(),
+  explicit Listing(const std::wstring& pattern) {
+    if (pattern.size() <= kLongestPath)
+      m_find = FindFirstFileExW(pattern.c_str(),
                                 FindExInfoBasic,
                                 &m_entry,
                                 FindExSearchNameMatch,
                                 nullptr,
-                                FIND_FIRST_EX_LARGE_FETCH)) {}
+                                FIND_FIRST_EX_LARGE_FETCH);
+  }
   ~Listing() {
     if (isOpen())
       FindClose(m_find);
@@ -57,7 +59,7 @@ class Listing final {
  private:
   const NoDialogs m_noDialogs;
   WIN32_FIND_DATAW m_entry = {};
-  HANDLE m_find;
+  HANDLE m_find = INVALID_HANDLE_VALUE;
 };
 
 /// Links and junctions name another place. Other files with a tag are stored in a special way only.
@@ -73,7 +75,8 @@ bool isRealDirectory(const WIN32_FIND_DATAW& entry) {
 
 EntryKind kindOfPath(const std::wstring& directory, std::wstring_view below) {
   WIN32_FILE_ATTRIBUTE_DATA status = {};
-  if (!canBeName(below) || statusOf(pathBelow(directory, below), status) != 0)
+  const bool isPath = canBeName(below) && directory.size() + below.size() < kLongestPath;
+  if (!isPath || statusOf(pathBelow(directory, below), status) != 0)
     return EntryKind::kNothing;
   return isDirectory(status) ? EntryKind::kDirectory : EntryKind::kFile;
 }

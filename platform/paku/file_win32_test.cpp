@@ -131,6 +131,24 @@ TEST(FileWindows, DoesNotReadWhatIsSharedWithNobody) {
   EXPECT_FALSE(exists(tree.path("copy")));
 }
 
+TEST(FileWindows, PathsThatAreTooLongAreNotThere) {
+  TempTree tree;
+  tree.addFile("a");
+  for (const std::size_t length : {32000u, 32767u, 40000u, 65535u, 65536u, 70000u, 140000u}) {
+    const std::wstring name(length, L'd');
+    EXPECT_FALSE(exists(name)) << length;
+    EXPECT_FALSE(exists(tree.path("a") + L"\\" + name)) << length;
+    EXPECT_FALSE(canOpen(L"C:" + name)) << length;
+    EXPECT_NE(createDirectory(Filename(name)), 0) << length;
+    EXPECT_THAT(internal::findIn(tree, name), IsEmpty()) << length;
+    FileSearch search;
+    search.addSearchDirectory(Filename(name), -1, 0);
+    internal::FoundPaths found;
+    search.find(L"a", found);
+    EXPECT_THAT(found.paths(), IsEmpty()) << length;
+  }
+}
+
 /// A directory whose path is longer than the limit of old, with "a.dll" in it.
 std::wstring addLongDirectory(TempTree& tree) {
   const std::string name(60, 'd');

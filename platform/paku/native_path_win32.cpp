@@ -33,14 +33,14 @@ std::wstring withPrefix(const std::wstring& full) {
 
 /// Makes the path absolute; false for what names no file.
 bool absolutePath(std::wstring_view text, std::wstring& full) {
-  if (text.empty() || text.find(L'\0') != std::wstring_view::npos)
+  if (text.empty() || text.size() > kLongestPath || text.find(L'\0') != std::wstring_view::npos)
     return false;
   const std::size_t root = rootLength(text, kStyle);
   if (!canBeName(text.substr(root)))
     return false;
   full = text.starts_with(kExtended) ? std::wstring(text) : fullPath(std::wstring(text));
   stripSeparators(full);
-  return !full.empty() && !full.starts_with(kDevice);
+  return !full.empty() && !full.starts_with(kDevice) && withPrefix(full).size() <= kLongestPath;
 }
 
 }  // namespace

@@ -2,10 +2,15 @@
 
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 namespace PAKU_3_1::internal {
+
+/// No path is longer than this, whatever its form. Longer ones are not shown to the system, whose
+/// own counts they overflow.
+constexpr std::size_t kLongestPath = 32767;
 
 /// What the system does to a path before it looks: the current directory or drive in front, "." and
 /// ".." applied, blanks and dots at the end taken off. Empty when it will not.

@@ -31,7 +31,7 @@ std::wstring_view trimmed(std::wstring_view component) {
 std::wstring withoutDriveDirectory(std::wstring text) {
   if (!isDriveRelative(text))
     return text;
-  std::wstring full = fullPath(text);
+  std::wstring full = text.size() <= kLongestPath ? fullPath(text) : std::wstring();
   return full.empty() ? text : full;
 }
 

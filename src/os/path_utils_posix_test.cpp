@@ -51,7 +51,7 @@ INSTANTIATE_TEST_SUITE_P(Table, PosixPathUtils, ::testing::ValuesIn(kRows), [](c
   return std::string(row.param.name);
 });
 
-TEST(LetterCase, DoesNotFollowTheLocale) {
+TEST(LetterCasePosix, DoesNotFollowTheLocale) {
   const std::string former = std::setlocale(LC_ALL, nullptr);
   ASSERT_NE(std::setlocale(LC_ALL, "C.UTF-8"), nullptr);
   EXPECT_NE(compareIgnoreCase(L"\u00c9", L"\u00e9"), 0);
@@ -59,7 +59,7 @@ TEST(LetterCase, DoesNotFollowTheLocale) {
   std::setlocale(LC_ALL, former.c_str());
 }
 
-TEST(GetUserName, DoesNotAskTheEnvironment) {
+TEST(GetUserNamePosix, DoesNotAskTheEnvironment) {
   const std::wstring name = getUserName();
   ScopedVariable user("USER", "somebody-else");
   ScopedVariable login("LOGNAME", "somebody-else");
@@ -67,12 +67,7 @@ TEST(GetUserName, DoesNotAskTheEnvironment) {
   EXPECT_NE(getUserName(), L"somebody-else");
 }
 
-TEST(IsReadable, IsFalseForAPipeAndDoesNotWait) {
-  TempTree tree;
-  EXPECT_FALSE(isReadable(tree.addUnreadableFile("pipe").c_str()));
-}
-
-TEST(FileStatus, RoundsTimesBefore1970Down) {
+TEST(FileStatusPosix, RoundsTimesBefore1970Down) {
   TempTree tree;
   const std::wstring file = tree.addFile("a.txt");
   tree.setModificationTime("a.txt", -2, 500000000);
@@ -81,7 +76,7 @@ TEST(FileStatus, RoundsTimesBefore1970Down) {
   EXPECT_EQ(status.modificationTime, -2);
 }
 
-TEST(FileStatus, TakesABackslashAsPartOfTheName) {
+TEST(FileStatusPosix, TakesABackslashAsPartOfTheName) {
   TempTree tree;
   tree.addDirectory("a");
   const std::wstring file = tree.addFile("a\\");

@@ -335,5 +335,10 @@ TEST(FileStatus, IsZeroForWhatCannotBeExamined) {
   EXPECT_FALSE(internal::fileStatus(nullptr, status));
 }
 
+TEST(IsReadable, IsFalseForWhatCannotBeReadAndDoesNotWait) {
+  TempTree tree;
+  EXPECT_FALSE(isReadable(tree.addUnreadableFile("unreadable").c_str()));
+}
+
 }  // namespace
 }  // namespace QV_2_9

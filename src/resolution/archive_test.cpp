@@ -276,5 +276,9 @@ TEST_F(ArchiveTest, ArchivedSourceStillHasItsRecordedTimeAndSize) {
               quiver_test::IsValidFile(copy, 0, ssArchiveSearchDirs));
 }
 
+TEST_F(ArchiveTest, UnreadableFileHasNoChecksum) {
+  EXPECT_EQ(archive(tree.addUnreadableFile("unreadable.dll")), arNoChecksum);
+}
+
 }  // namespace
 }  // namespace QV_2_9

@@ -8,7 +8,7 @@
 namespace QV_2_9 {
 namespace {
 
-TEST(ChecksumCalculatorSpecialFiles, HaveNoChecksumAndDoNotBlock) {
+TEST(ChecksumCalculatorPosix, HaveNoChecksumAndDoNotBlock) {
   quiver_test::TempTree tree;
   const ObjectPtr<IChecksumCalculator> calculator = IChecksumCalculator::create();
   EXPECT_FALSE(calculator->calculate(tree.addUnreadableFile("pipe").c_str(), ctMD5));

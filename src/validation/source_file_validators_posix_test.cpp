@@ -14,7 +14,7 @@ using quiver_test::ErrorInfoRecorder;
 using quiver_test::TempTree;
 using ::testing::ElementsAre;
 
-TEST(SourceFilesBefore1970, CountAsNewerThanAnyReferenceAfter) {
+TEST(SourceFilesBefore1970Posix, CountAsNewerThanAnyReferenceAfter) {
   TempTree tree;
   const std::wstring reference = tree.addFile("app");
   const std::wstring file = tree.addFile("a.cpp");
@@ -25,7 +25,7 @@ TEST(SourceFilesBefore1970, CountAsNewerThanAnyReferenceAfter) {
   EXPECT_THAT(errorInfo.calls(), ElementsAre(L"text %SourceFileUpToDate", L"code 1"));
 }
 
-TEST(SourceFilesBefore1970, AreOldBesideAReferenceOfTheirKind) {
+TEST(SourceFilesBefore1970Posix, AreOldBesideAReferenceOfTheirKind) {
   TempTree tree;
   const std::wstring reference = tree.addFile("app");
   const std::wstring file = tree.addFile("a.cpp");
@@ -38,7 +38,7 @@ TEST(SourceFilesBefore1970, AreOldBesideAReferenceOfTheirKind) {
   EXPECT_EQ(validator.validate(file.c_str(), errorInfo), vrUndecided);
 }
 
-TEST(SourceFilesBefore1970, MatchTheirRecordedTimeInWholeSecondsRoundedDown) {
+TEST(SourceFilesBefore1970Posix, MatchTheirRecordedTimeInWholeSecondsRoundedDown) {
   TempTree tree;
   const std::wstring file = tree.addFile("a.cpp", "abc");
   tree.setModificationTime("a.cpp", -2, 500000000);

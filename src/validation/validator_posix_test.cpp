@@ -3,7 +3,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "quiver/messages.h"
 #include "support/callbacks.h"
 #include "support/matchers.h"
 #include "support/temp_tree.h"
@@ -13,15 +12,12 @@
 namespace QV_2_9 {
 namespace {
 
-using quiver_test::ErrorInfoRecorder;
 using quiver_test::IsInvalidFile;
 using quiver_test::IsValidFile;
 using quiver_test::RecordingConfidenceLevelPolicy;
-using quiver_test::StateMessage;
 using quiver_test::TempTree;
-using ::testing::ElementsAre;
 
-TEST(ValidatorSpecialFiles, PipeCannotBeOpenedAndDoesNotBlock) {
+TEST(ValidatorSpecialFilesPosix, PipeCannotBeOpenedAndDoesNotBlock) {
   TempTree tree;
   RecordingConfidenceLevelPolicy policy;
   Validator validator(nullptr, policy, scBinaryFiles);
@@ -29,24 +25,14 @@ TEST(ValidatorSpecialFiles, PipeCannotBeOpenedAndDoesNotBlock) {
               IsInvalidFile(ecUnusable, L"%CantOpenFile"));
 }
 
-TEST(ValidatorSpecialFiles, DeviceCannotBeOpened) {
+TEST(ValidatorSpecialFilesPosix, DeviceCannotBeOpened) {
   RecordingConfidenceLevelPolicy policy;
   Validator validator(nullptr, policy, scBinaryFiles);
   EXPECT_THAT(validator.validate(L"/dev/null")->getInvalidFile(),
               IsInvalidFile(ecUnusable, L"%CantOpenFile"));
 }
 
-TEST(ValidatorSpecialFiles, UnreadableFileTakesItsOwnMessage) {
-  TempTree tree;
-  const ObjectPtr<IMessageMgr> messages = IMessageMgr::create();
-  messages->setFileIsNotReadableMessage(new StateMessage<IFileIsNotReadableMessage>(L"locked"));
-  Validator::ValidatorCallbackDecorator decorator(nullptr);
-  ErrorInfoRecorder errorInfo;
-  EXPECT_EQ(decorator.validate(tree.addUnreadableFile("pipe").c_str(), errorInfo), vrInvalid);
-  EXPECT_THAT(errorInfo.calls(), ElementsAre(L"code 0", L"text locked"));
-}
-
-TEST(ValidatorSpecialFiles, LinkToAFileIsAFile) {
+TEST(ValidatorSpecialFilesPosix, LinkToAFileIsAFile) {
   TempTree tree;
   RecordingConfidenceLevelPolicy policy;
   Validator validator(nullptr, policy, scBinaryFiles);
@@ -55,7 +41,7 @@ TEST(ValidatorSpecialFiles, LinkToAFileIsAFile) {
   EXPECT_THAT(validator.validate(link.c_str())->getValidFile(), IsValidFile(link, 1, 7));
 }
 
-TEST(ValidatorSpecialFiles, LinkToADirectoryIsADirectory) {
+TEST(ValidatorSpecialFilesPosix, LinkToADirectoryIsADirectory) {
   TempTree tree;
   RecordingConfidenceLevelPolicy policy;
   Validator validator(nullptr, policy, scBinaryFiles);
@@ -64,7 +50,7 @@ TEST(ValidatorSpecialFiles, LinkToADirectoryIsADirectory) {
               IsInvalidFile(ecUnusable, L"%FileIsDirectory"));
 }
 
-TEST(ValidatorSpecialFiles, DanglingLinkDoesNotExist) {
+TEST(ValidatorSpecialFilesPosix, DanglingLinkDoesNotExist) {
   TempTree tree;
   RecordingConfidenceLevelPolicy policy;
   Validator validator(nullptr, policy, scBinaryFiles);
@@ -72,7 +58,7 @@ TEST(ValidatorSpecialFiles, DanglingLinkDoesNotExist) {
               IsInvalidFile(ecUnusable, L"%FileDoesNotExist"));
 }
 
-TEST(ValidatorSpecialFiles, NameThatIsNoTextStaysUsable) {
+TEST(ValidatorSpecialFilesPosix, NameThatIsNoTextStaysUsable) {
   TempTree tree;
   RecordingConfidenceLevelPolicy policy;
   Validator validator(nullptr, policy, scBinaryFiles);
@@ -80,7 +66,7 @@ TEST(ValidatorSpecialFiles, NameThatIsNoTextStaysUsable) {
   EXPECT_THAT(validator.validate(file.c_str())->getValidFile(), IsValidFile(file, 1, 7));
 }
 
-TEST(ValidatorSpecialFiles, BackslashEndsANameLikeAnyCharacter) {
+TEST(ValidatorSpecialFilesPosix, BackslashEndsANameLikeAnyCharacter) {
   TempTree tree;
   tree.addDirectory("dir");
   RecordingConfidenceLevelPolicy policy;

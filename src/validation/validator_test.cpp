@@ -299,5 +299,23 @@ TEST_F(ValidatorTest, CheckGetsTheContainerItself) {
   EXPECT_THAT(errorInfo.calls(), IsEmpty());
 }
 
+TEST_F(ValidatorTest, UnreadableFileCannotBeOpenedAndDoesNotBlock) {
+  TempTree files;
+  RecordingConfidenceLevelPolicy policy;
+  Validator validator(nullptr, policy, scBinaryFiles);
+  EXPECT_THAT(validator.validate(files.addUnreadableFile("a").c_str())->getInvalidFile(),
+              IsInvalidFile(ecUnusable, L"%CantOpenFile"));
+}
+
+TEST_F(StateChecks, TakeTheMessageForAnUnreadableFile) {
+  TempTree files;
+  const ObjectPtr<IMessageMgr> messages = IMessageMgr::create();
+  messages->setFileIsNotReadableMessage(new StateMessage<IFileIsNotReadableMessage>(L"locked"));
+  Decorator decorator(nullptr);
+  ErrorInfoRecorder errorInfo;
+  EXPECT_EQ(decorator.validate(files.addUnreadableFile("a").c_str(), errorInfo), vrInvalid);
+  EXPECT_THAT(errorInfo.calls(), ElementsAre(L"code 0", L"text locked"));
+}
+
 }  // namespace
 }  // namespace QV_2_9

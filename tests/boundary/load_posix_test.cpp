@@ -55,7 +55,7 @@ void useOnce() {
   EXPECT_TRUE(create()->addSearchDir(scAllFiles, L"/a", true, false));
 }
 
-TEST(Library, LoadsAndUnloadsTwentyTimes) {
+TEST(LibraryPosix, LoadsAndUnloadsTwentyTimes) {
   for (int round = 0; round < 20; ++round) {
     ASSERT_FALSE(isLoaded()) << "before round " << round;
     ASSERT_NO_FATAL_FAILURE(useOnce());

