@@ -41,6 +41,15 @@ TEST(GetLogicalDrives, FailsWhenEitherCallFails) {
   }
 }
 
+// The list no longer fits then, and the system writes nothing.
+TEST(GetLogicalDrives, GivesNoneWhenADriveComesBetweenTheCalls) {
+  FakeWindowsSystem system({{L"C:\\", 3, L""}});
+  system.arrival = FakeDrive{L"E:\\", 3, L""};
+  std::vector<std::wstring> drives;
+  EXPECT_TRUE(getLogicalDrives(system, drives));
+  EXPECT_THAT(drives, IsEmpty());
+}
+
 TEST(QueryDosDevice, GivesTheFirstOfSeveralNames) {
   FakeWindowsSystem system({{L"C:\\", 3, L"\\Device\\HarddiskVolume2"}});
   EXPECT_EQ(queryDosDevice(system, L"C:"), L"\\Device\\HarddiskVolume2");

@@ -3,8 +3,9 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "win/windows_system.h"
@@ -24,6 +25,8 @@ class FakeWindowsSystem final : public win::IWindowsSystem {
   std::uint32_t logicalDriveStrings(std::uint32_t size, wchar_t* buffer) override {
     if (++m_listings == failingListing)
       return 0;
+    if (m_listings == 2 && arrival)
+      m_drives.push_back(*arrival);
     std::wstring roots;
     for (const FakeDrive& drive : m_drives) roots += drive.root + L'\0';
     const auto length = static_cast<std::uint32_t>(roots.size());
@@ -55,6 +58,9 @@ class FakeWindowsSystem final : public win::IWindowsSystem {
 
   /// Which of the two calls for the drive list fails: 1 or 2; 0 for neither.
   int failingListing = 0;
+
+  /// A drive that comes between the two calls.
+  std::optional<FakeDrive> arrival;
 
  private:
   std::vector<FakeDrive> m_drives;

@@ -4,6 +4,7 @@
 #include "os/windows_specific_routines.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -139,6 +140,41 @@ TEST(FindByAbsoluteName, ComparesTheWholeNameWithADevice) {
               ElementsAre(L"Volume{1}\\a\\f.dll", L"C:\\a\\f.dll", L"C:\\f.dll"));
 }
 
+TEST(FindByAbsoluteName, TriesOnDrivesWhatIsLeftOfASystemRootName) {
+  EXPECT_THAT(offeredFor(L"\\SystemRoot\\\\x\\f.sys"),
+              ElementsAre(L"\\x\\f.sys", L"C:\\x\\f.sys", L"D:\\x\\f.sys"));
+}
+
+TEST(FindByAbsoluteName, LooksForTheRedirectorBehindTheObjectPrefix) {
+  const Texts offered = offeredFor(L"\\??\\\\Device\\LanmanRedirector\\s\\f.dll");
+  ASSERT_GE(offered.size(), 2u);
+  EXPECT_EQ(offered[1], L"\\\\s\\f.dll");
+}
+
+// The prefixes end with a separator, the redirector does not.
+TEST(FindByAbsoluteName, TakesNoPrefixOffThatGoesOn) {
+  EXPECT_THAT(offeredFor(L"\\SystemRoots\\f.sys"),
+              ElementsAre(L"C:\\SystemRoots\\f.sys", L"D:\\SystemRoots\\f.sys"));
+  EXPECT_THAT(offeredFor(L"\\??x\\f.dll"), ElementsAre(L"C:\\??x\\f.dll", L"D:\\??x\\f.dll"));
+  EXPECT_EQ(offeredFor(L"\\Device\\LanmanRedirectors\\f.dll").front(), L"\\s\\f.dll");
+}
+
+TEST(FindByAbsoluteName, NeverTriesARemovableDrive) {
+  for (const wchar_t* name : {L"\\Device\\Floppy0\\a\\f.dll", L"/f.dll", L"\\??\\\\f.dll"})
+    for (const std::wstring& offered : offeredFor(name)) EXPECT_NE(offered[0], L'A') << offered;
+}
+
+TEST(FindByAbsoluteName, PutsASeparatorInFrontOfASlash) {
+  EXPECT_THAT(offeredFor(L"\\Device\\HarddiskVolume7/a/f.dll"),
+              ::testing::IsSupersetOf({L"D:\\/a/f.dll", L"D:\\f.dll"}));
+}
+
+TEST(FindByAbsoluteName, EndsWithNothingBehindTheDevice) {
+  EXPECT_THAT(offeredFor(L"\\Device\\HarddiskVolume7"),
+              ElementsAre(L"C:\\Device\\HarddiskVolume7", L"D:\\Device\\HarddiskVolume7"));
+  EXPECT_EQ(offeredFor(L"\\Device\\HarddiskVolume7\\a\\").back(), L"D:\\a\\");
+}
+
 TEST(FindByAbsoluteName, FinishesADriveBeforeTheNext) {
   EXPECT_THAT(offeredFor(L"\\Device\\HarddiskVolume2\\f.dll"),
               ElementsAre(L"C:\\Device\\HarddiskVolume2\\f.dll",
@@ -158,6 +194,9 @@ TEST(FindByAbsoluteName, OffersNothingForAResultThatIsNotFromWindows) {
   Results results;
   EXPECT_FALSE(routines.findByAbsoluteName(L"\\??\\C:\\f.dll", results, 2));
   EXPECT_THAT(results.offered, IsEmpty());
+  for (const std::int32_t other : {0, 1, 3, -1})
+    routines.findByAbsoluteName(L"\\??\\C:\\f.dll", results, other);
+  EXPECT_THAT(results.offered, ::testing::SizeIs(4));
 }
 
 TEST(FindByAbsoluteName, EndsWithTheDrivesWhenTheyCannotBeListed) {
