@@ -6,6 +6,7 @@
 #include "paku/file_ops.h"
 #include "paku/file_status_win32.h"
 #include "paku/native_path_win32.h"
+#include "paku/no_dialogs_win32.h"
 #include "paku/regular_file_win32.h"
 
 namespace PAKU_3_1 {
@@ -85,6 +86,7 @@ int targetRefusal(const std::wstring& target, bool overwrite) {
 }  // namespace
 
 int copyFile(const Filename& from, const Filename& to, bool overwrite) {
+  const internal::NoDialogs noDialogs;
   std::wstring source;
   std::wstring target;
   if (!internal::nativePath(from.text().text(), source) ||
