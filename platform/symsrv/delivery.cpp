@@ -166,15 +166,22 @@ Delivery::Outcome Delivery::expand(IByteSource& from, NewFile& to) {
   return reason.empty() ? Outcome::kDone : stop(Outcome::kWrong, std::move(reason));
 }
 
+/// Returns true when another process was quicker. A system may refuse to replace what is in use.
+bool Delivery::hasRightFile(const Folder& folder, const std::string& name) const {
+  const std::unique_ptr<FileSource> file = folder.read(name, Links::kRefuse);
+  return file && mismatch(*file, m_sought).empty();
+}
+
 DeliveryResult Delivery::publish(bool isCompressed) {
   const std::string& name = m_sought.cachePlace()->file;
   // The nearest first: the others are of use only when it worked.
-  if (!m_slots.front().file->publish(name))
+  Slot& nearest = m_slots.front();
+  if (!nearest.file->publish(name) && !hasRightFile(*nearest.folder, name))
     return {{}, "cannot be written"};
   m_isPublished = true;
   for (std::size_t i = 1; i < m_slots.size(); ++i)
     static_cast<void>(m_slots[i].file->publish(isCompressed ? compressedName(name) : name));
-  return {m_slots.front().folder->pathOf(name), {}};
+  return {nearest.folder->pathOf(name), {}};
 }
 
 }  // namespace symsrv_1_0::internal

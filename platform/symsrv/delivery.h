@@ -58,6 +58,7 @@ class Delivery final {
   Outcome fillNearest(IByteSource& from, bool isCompressed);
   Outcome copy(IByteSource& from, NewFile& to);
   Outcome expand(IByteSource& from, NewFile& to);
+  bool hasRightFile(const Folder& folder, const std::string& name) const;
   DeliveryResult publish(bool isCompressed);
   Outcome stop(Outcome outcome, std::string reason);
 

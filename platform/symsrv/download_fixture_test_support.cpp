@@ -3,8 +3,10 @@
 #include "symsrv/download_fixture_test_support.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <sstream>
 #include <stdexcept>
 
 #include "paku/text_encoding.h"
@@ -20,6 +22,20 @@ std::string utf8(const std::wstring& text) {
   EXPECT_TRUE(PAKU_3_1::encode(text, bytes));
   return bytes;
 }
+
+class TextSink final : public IFetchSink {
+ public:
+  bool write(const void* bytes, std::size_t count) override {
+    m_text.append(static_cast<const char*>(bytes), count);
+    return true;
+  }
+  bool clear() override {
+    m_text.clear();
+    return true;
+  }
+
+  std::string m_text;
+};
 
 }  // namespace
 
@@ -52,7 +68,8 @@ std::string contentOf(const std::string& path) {
   return std::string(std::istreambuf_iterator<char>(file), {});
 }
 
-DownloadFixture::DownloadFixture() : m_root(utf8(m_tree.root())) {
+DownloadFixture::DownloadFixture()
+    : m_root(utf8(m_tree.root())), m_word("~" + fs::path(m_root).filename().string()) {
   m_settings.defaultStore = at("default");
   m_settings.limits.connect = milliseconds(200);
   m_settings.limits.firstByte = milliseconds(200);
@@ -62,52 +79,31 @@ DownloadFixture::DownloadFixture() : m_root(utf8(m_tree.root())) {
   m_settings.limits.betweenTries = milliseconds(10);
 }
 
-void DownloadFixture::serve(const std::string& certificate) {
-  std::vector<std::string> arguments = {
-      "python3", SYMSRV_SOURCE_DIR "/loopback_server.py", SYMSRV_REAL_FILES, at("requests")};
-  if (!certificate.empty()) {
-    arguments.push_back(certificate + ".pem");
-    arguments.push_back(certificate + ".key");
-  }
-  m_server = std::make_unique<ServerProcess>(arguments);
-  const std::string port = m_server->readLine();
-  ASSERT_FALSE(port.empty()) << "the server does not start";
-  m_origin = (certificate.empty() ? "http://" : "https://") + std::string("127.0.0.1:") + port;
-}
+DownloadFixture::~DownloadFixture() = default;
 
-std::string DownloadFixture::makeCertificate() {
-  const std::string name = at("certificate");
-  EXPECT_EQ(runProgram({"openssl",
-                        "req",
-                        "-x509",
-                        "-newkey",
-                        "ec",
-                        "-pkeyopt",
-                        "ec_paramgen_curve:prime256v1",
-                        "-nodes",
-                        "-keyout",
-                        name + ".key",
-                        "-out",
-                        name + ".pem",
-                        "-days",
-                        "2",
-                        "-subj",
-                        "/CN=localhost",
-                        "-addext",
-                        "subjectAltName=DNS:localhost,IP:127.0.0.1"}),
-            0);
-  return name;
+void DownloadFixture::serve(const std::string& certificate) {
+  std::string port;
+  const char* running = certificate.empty() ? std::getenv("SYMSRV_SERVER") : nullptr;
+  if (running) {
+    port = running;
+  } else {
+    m_server = startLoopbackServer(certificate);
+    port = m_server ? m_server->port() : "";
+  }
+  m_origin = (certificate.empty() ? "http://" : "https://") + std::string("127.0.0.1:") + port;
+  if (port.empty())
+    throw std::runtime_error("the server does not start");
 }
 
 std::string DownloadFixture::address(const std::string& way, const std::string& userInfo) const {
-  std::string text = m_origin + "/" + way;
+  std::string text = m_origin + "/" + m_word + "/" + way;
   if (!userInfo.empty())
     text.insert(text.find("//") + 2, userInfo + "@");
   return text;
 }
 
 std::string DownloadFixture::at(const std::string& name) const {
-  return m_root + "/" + name;
+  return fs::path(m_root + "/" + name).make_preferred().string();
 }
 
 std::string DownloadFixture::obtain(const std::vector<std::string>& elements,
@@ -147,7 +143,7 @@ std::vector<std::string> DownloadFixture::filesIn(const std::string& folder) con
   if (!fs::exists(root))
     return names;
   for (const auto& entry : fs::recursive_directory_iterator(root)) {
-    const std::string name = entry.path().lexically_relative(root).string();
+    const std::string name = entry.path().lexically_relative(root).generic_string();
     if (name.compare(0, 7, ".misses") != 0)
       names.push_back(name + (entry.is_directory() ? "/" : ""));
   }
@@ -161,9 +157,15 @@ std::vector<std::string> DownloadFixture::filesIn(const std::string& folder) con
 }
 
 std::vector<std::string> DownloadFixture::requests() const {
+  TextSink log;
+  const std::unique_ptr<ITransport> transport = makeTransport();
+  Progress silent(nullptr);
+  const FetchResult result =
+      symsrv_1_0::internal::fetch(*transport, m_origin + "/log/" + m_word, Settings(), silent, log);
+  EXPECT_EQ(result.status, 200) << result.reason;
   std::vector<std::string> lines;
-  std::ifstream file(at("requests"));
-  for (std::string line; std::getline(file, line);) lines.push_back(line);
+  std::istringstream text(log.m_text);
+  for (std::string line; std::getline(text, line);) lines.push_back(line);
   return lines;
 }
 

@@ -10,7 +10,6 @@
 #include <gtest/gtest.h>
 
 #include "symsrv/helper.h"
-#include "symsrv/server_process_test_support.h"
 
 #include "support/scoped_environment.h"
 #include "support/temp_tree.h"
@@ -37,17 +36,28 @@ class ProgressRecorder final : public IDownloadProgressCallback {
   int m_calls = 0;
 };
 
+/// A server of the test's own; each system starts it as it can.
+class LoopbackServer {
+ public:
+  virtual ~LoopbackServer() = default;
+  /// Returns the port as text. Empty when the server did not start.
+  virtual std::string port() const = 0;
+};
+
+/// Returns null when this system cannot.
+std::unique_ptr<LoopbackServer> startLoopbackServer(const std::string& certificate);
+
 std::string realFile(const std::string& name);
 std::string contentOf(const std::string& path);
 
 class DownloadFixture : public ::testing::Test {
  protected:
   DownloadFixture();
+  ~DownloadFixture() override;
 
-  /// Starts the server. `certificate` is a pair of files "NAME.pem" and "NAME.key" for https.
+  /// Starts the server, or uses the one that the environment names in SYMSRV_SERVER. `certificate`
+  /// is a pair of files "NAME.pem" and "NAME.key" for https.
   void serve(const std::string& certificate = {});
-  /// Makes such a pair for localhost.
-  std::string makeCertificate();
 
   /// Returns the address of a way in which the server may behave.
   std::string address(const std::string& way, const std::string& userInfo = {}) const;
@@ -80,7 +90,8 @@ class DownloadFixture : public ::testing::Test {
  private:
   quiver_test::ScopedVariable m_noProxy{"no_proxy", "*"};
   std::string m_root;
-  std::unique_ptr<ServerProcess> m_server;
+  std::string m_word;  // that the server knows this test by
+  std::unique_ptr<LoopbackServer> m_server;
   std::string m_origin;
   QV_2_9::ObjectPtr<ISymSrvHelper> m_helper;
 };

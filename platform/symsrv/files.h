@@ -122,6 +122,9 @@ bool isPrivateFolder(const std::string& path);
 /// Returns the path for the standard library.
 std::filesystem::path standardPath(const std::string& path);
 
+/// Returns the last name of a path.
+std::string fileNameOf(const std::filesystem::path& path);
+
 /// Returns a name for a file that will be called `name`: with the process and a random number.
 std::string temporaryName(const std::string& name);
 

@@ -192,4 +192,8 @@ std::filesystem::path standardPath(const std::string& path) {
   return path;
 }
 
+std::string fileNameOf(const std::filesystem::path& path) {
+  return path.filename().string();
+}
+
 }  // namespace symsrv_1_0::internal

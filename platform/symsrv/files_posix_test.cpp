@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "paku/text_encoding.h"
+#include "symsrv/elf_identity.h"
 #include "symsrv/files.h"
 
 #include "support/temp_tree.h"
@@ -77,6 +78,12 @@ TEST(FilesOnPosix, PrivateOnesAreForTheUserAlone) {
   EXPECT_FALSE(isPrivateFolder(root));
   tree.addLink("link", "new/cache/a");
   EXPECT_FALSE(isPrivateFolder(utf8(tree.path("link"))));
+}
+
+TEST(FilesOnPosix, TheRunningProgramIsOne) {
+  const std::unique_ptr<FileSource> self = FileSource::open("/proc/self/exe");
+  ASSERT_TRUE(self);
+  EXPECT_TRUE(readElfIdentity(*self)->isComplete);
 }
 
 }  // namespace

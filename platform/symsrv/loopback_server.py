@@ -1,23 +1,24 @@
 #!/usr/bin/env python3
 """A server on the loopback that behaves as well or as badly as it is asked to.
 
-usage: loopback_server.py FILES LOG [CERTIFICATE KEY]
+usage: loopback_server.py FILES [CERTIFICATE KEY]
 
-Serves FILES/NAME for any address that ends in NAME; the first component says how:
+Serves FILES/NAME for any address that ends in NAME; what follows a word of the test's own says how:
 
-    /good/...        as it should be           /redirect-N/...  the same behind N redirects
+    /~word/good/...   as it should be          /~word/redirect-N/...  the same behind N redirects
 
-See BEHAVIOURS for the rest. Prints its port and writes a line per request into LOG.
+and so on: the methods of Answer. Prints its port. Remembers what was asked, a line per request;
+/log/~word tells.
 """
 
 import os
-import socket
 import socketserver
 import ssl
 import sys
 import time
 
-FILES, LOG = sys.argv[1], sys.argv[2]
+FILES = sys.argv[1]
+LOG = {}  # lines by word
 BUSY_ONCE = set()
 
 
@@ -34,8 +35,8 @@ class Stop(Exception):
 
 
 class Answer:
-    def __init__(self, request, path, port, scheme):
-        self.request, self.path, self.port, self.scheme = request, path, port, scheme
+    def __init__(self, request, word, path, port, scheme):
+        self.request, self.word, self.path, self.port, self.scheme = request, word, path, port, scheme
         self.name = path.rsplit("/", 1)[1]
 
     def send(self, data):
@@ -60,6 +61,8 @@ class Answer:
         return self.path.split("/", 2)[2]
 
     def redirect(self, where, status=302):
+        if where.startswith("/"):
+            where = "/" + self.word + where
         self.whole(b"", f"Location: {where}", status=status)
 
     def good(self):
@@ -198,13 +201,13 @@ class Answer:
         self.redirect("ftp://127.0.0.1/x")
 
     def to_http(self):
-        self.redirect(f"http://127.0.0.1:{self.port}/good/{self.rest()}")
+        self.redirect(f"http://127.0.0.1:{self.port}/{self.word}/good/{self.rest()}")
 
     def to_other_host(self):
-        self.redirect(f"{self.scheme}://localhost:{self.port}/good/{self.rest()}")
+        self.redirect(f"{self.scheme}://localhost:{self.port}/{self.word}/good/{self.rest()}")
 
     def to_injected(self):
-        self.redirect(f"{self.scheme}://user:secret@localhost:{self.port}/good/{self.rest()}")
+        self.redirect(f"{self.scheme}://user:secret@localhost:{self.port}/{self.word}/good/{self.rest()}")
 
     def e500(self):
         self.whole(b"", status=500)
@@ -213,8 +216,8 @@ class Answer:
         self.whole(b"", "Retry-After: 100", status=503)
 
     def e503_once(self):
-        if self.path not in BUSY_ONCE:
-            BUSY_ONCE.add(self.path)
+        if (self.word, self.path) not in BUSY_ONCE:
+            BUSY_ONCE.add((self.word, self.path))
             self.whole(b"", status=503)
         else:
             self.good()
@@ -229,7 +232,7 @@ class Answer:
         """Answers one kind of question, as servers of debug files do; to others: unavailable."""
         if "/buildid/" not in self.path:
             self.whole(b"", status=503)
-        elif self.name == "debuginfo":
+        elif self.path.split("/")[-2:] == [content("hello.id").decode().strip(), "debuginfo"]:
             self.name = "hello.debug"
             self.good()
         else:
@@ -250,16 +253,19 @@ class Handler(socketserver.BaseRequestHandler):
             path = lines[0].split(" ")[1]
             credentials = [line for line in lines if line.lower().startswith("authorization:")]
             host = [line.split(" ")[1] for line in lines if line.lower().startswith("host:")]
-            with open(LOG, "a", encoding="latin-1") as log:
-                log.write(" ".join([path, *host, *credentials]) + "\n")
-            path = path.split("?")[0]
-            self.answer(path)
+            if path.startswith("/log/"):
+                lines = LOG.get(path[5:], [])
+                Answer(self.request, "", path, 0, "").whole("".join(lines).encode())
+                return
+            _, word, rest = path.split("/", 2)
+            LOG.setdefault(word, []).append(" ".join(["/" + rest, *host, *credentials]) + "\n")
+            self.answer(word, "/" + rest.split("?")[0])
         except (Stop, OSError):
             pass
 
-    def answer(self, path):
+    def answer(self, word, path):
         way = path.split("/")[1]
-        answer = Answer(self.request, path, self.server.server_address[1], self.server.scheme)
+        answer = Answer(self.request, word, path, self.server.server_address[1], self.server.scheme)
         if path.endswith("/index2.txt"):
             # Stores have one tier here; but trouble is trouble for any question.
             if way in ("hang", "refuse", "nonsense", "e500", "e401", "e503-later", "loop", "to-file",
@@ -284,9 +290,9 @@ class Server(socketserver.ThreadingTCPServer):
 def main():
     server = Server(("127.0.0.1", 0), Handler)
     server.scheme = "http"
-    if sys.argv[3:]:
+    if sys.argv[2:]:
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
-        context.load_cert_chain(sys.argv[3], sys.argv[4])
+        context.load_cert_chain(sys.argv[2], sys.argv[3])
         server.socket = context.wrap_socket(server.socket, server_side=True)
         server.scheme = "https"
     print(server.server_address[1], flush=True)

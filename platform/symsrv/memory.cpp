@@ -101,7 +101,7 @@ void MissMemory::sweep(const std::string& store) const {
   std::error_code error;
   std::filesystem::directory_iterator entry(standardPath(folder->pathOf({})), error), end;
   for (; !error && entry != end; entry.increment(error)) {
-    const std::string name = entry->path().filename().string();
+    const std::string name = fileNameOf(entry->path());
     if (name.size() != 16 + kSuffix.size() || name.substr(16) != kSuffix)
       continue;
     const std::optional<Miss> miss = readMiss(*folder, name);

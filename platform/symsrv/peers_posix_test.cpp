@@ -14,6 +14,7 @@
 #include <gmock/gmock.h>
 
 #include "symsrv/download_fixture_test_support.h"
+#include "symsrv/server_process_test_support.h"
 
 namespace symsrv_1_0::internal {
 namespace {
@@ -89,7 +90,10 @@ TEST_F(Peers, PythonsServer) {
 
 class Nginx : public Peers {
  protected:
-  Nginx() : m_plain(freePort()), m_secure(freePort()), m_certificate(makeCertificate()) {
+  Nginx()
+      : m_plain(freePort()),
+        m_secure(freePort()),
+        m_certificate(makeCertificate(at("certificate"))) {
     const std::string plain = std::to_string(m_plain), secure = std::to_string(m_secure);
     std::ofstream(at("nginx.conf"))
         << "daemon off; master_process off; pid " << at("pid") << ";\n"

@@ -10,6 +10,7 @@
 
 #include "symsrv/download_fixture_test_support.h"
 #include "symsrv/files.h"
+#include "symsrv/server_process_test_support.h"
 
 namespace symsrv_1_0::internal {
 namespace {

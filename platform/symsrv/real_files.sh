@@ -52,5 +52,6 @@ cc -g -O1 -Wl,--build-id=none -o anonymous.full hello.c
 objcopy --only-keep-debug anonymous.full anonymous.debug
 strip -o anonymous anonymous.full
 objcopy --add-gnu-debuglink=anonymous.debug anonymous
+cc -g -O0 -Wl,--build-id=sha1 -o second hello.c
 readelf -n hello | sed -n 's/ *Build ID: //p' > hello.id
 llvm-pdbutil dump --summary tiny64.pdb | sed -n 's/ *GUID: {\(.*\)}/\1/p' > tiny64.guid

@@ -31,6 +31,9 @@ class ServerProcess final {
 /// Runs a program to its end. Returns its exit status, -1 when it could not be run.
 int runProgram(const std::vector<std::string>& arguments);
 
+/// Makes the files NAME.pem and NAME.key for localhost. Returns NAME.
+std::string makeCertificate(const std::string& name);
+
 /// Runs `work` in a process of its own, which ends with the number that it returns.
 pid_t startChild(const std::function<int()>& work);
 

@@ -52,7 +52,7 @@ void sweepTemporaries(const std::string& store, std::chrono::seconds age) {
     if (entry.depth() >= kMaxDepth)
       entry.disable_recursion_pending();
     const bool isFile = fs::is_regular_file(entry->symlink_status(ignored));
-    if (isFile && isTemporaryName(entry->path().filename().string()) && isOlder(entry->path(), age))
+    if (isFile && isTemporaryName(fileNameOf(entry->path())) && isOlder(entry->path(), age))
       fs::remove(entry->path(), ignored);
   }
 }

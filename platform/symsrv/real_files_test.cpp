@@ -79,12 +79,6 @@ TEST(RealFiles, HaveTheIdentityThatOtherToolsSee) {
   EXPECT_EQ(elf->debugLink->name, "hello.debug");
 }
 
-TEST(RealFiles, OfTheRunningSystemAreRead) {
-  const std::unique_ptr<FileSource> self = FileSource::open("/proc/self/exe");
-  ASSERT_TRUE(self);
-  EXPECT_TRUE(readElfIdentity(*self)->isComplete);
-}
-
 TEST(RealFiles, WithHostileNamesAskForOrdinaryOnes) {
   const SoughtResult upwards = soughtFileOf(*open("hostile.exe"), "hostile.exe");
   ASSERT_TRUE(upwards.file);

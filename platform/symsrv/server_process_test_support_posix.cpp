@@ -1,12 +1,15 @@
 // Starts programs.
 
-#include "symsrv/server_process_test_support.h"
-
 #include <csignal>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
+
+#include "symsrv/download_fixture_test_support.h"
+#include "symsrv/server_process_test_support.h"
 
 extern char** environ;
 
@@ -58,6 +61,54 @@ std::string ServerProcess::readLine() {
 
 int runProgram(const std::vector<std::string>& arguments) {
   return resultOf(start(arguments, -1));
+}
+
+std::string makeCertificate(const std::string& name) {
+  EXPECT_EQ(runProgram({"openssl",
+                        "req",
+                        "-x509",
+                        "-newkey",
+                        "ec",
+                        "-pkeyopt",
+                        "ec_paramgen_curve:prime256v1",
+                        "-nodes",
+                        "-keyout",
+                        name + ".key",
+                        "-out",
+                        name + ".pem",
+                        "-days",
+                        "2",
+                        "-subj",
+                        "/CN=localhost",
+                        "-addext",
+                        "subjectAltName=DNS:localhost,IP:127.0.0.1"}),
+            0);
+  return name;
+}
+
+namespace {
+
+class PythonServer final : public LoopbackServer {
+ public:
+  explicit PythonServer(const std::vector<std::string>& arguments)
+      : m_process(arguments), m_port(m_process.readLine()) {}
+  std::string port() const override { return m_port; }
+
+ private:
+  ServerProcess m_process;
+  std::string m_port;
+};
+
+}  // namespace
+
+std::unique_ptr<LoopbackServer> startLoopbackServer(const std::string& certificate) {
+  std::vector<std::string> arguments = {
+      "python3", SYMSRV_SOURCE_DIR "/loopback_server.py", SYMSRV_REAL_FILES};
+  if (!certificate.empty()) {
+    arguments.push_back(certificate + ".pem");
+    arguments.push_back(certificate + ".key");
+  }
+  return std::make_unique<PythonServer>(arguments);
 }
 
 pid_t startChild(const std::function<int()>& work) {

@@ -1,11 +1,12 @@
 // Cabinets of each kind of compression, and what must not come out of them.
 
+#include "symsrv/cabinet.h"
+
 #include <stdexcept>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "symsrv/cabinet.h"
 #include "symsrv/file_builder_test_support.h"
 #include "symsrv/files.h"
 
