@@ -124,9 +124,9 @@ TEST_F(DirectoryDownload, StoresThatCannotBeWrittenAreLeftOut) {
 
 TEST_F(DirectoryDownload, RelativeStoresAreLeftOut) {
   file("c", "tiny64.pdb");
-  expectRight(obtain({R"(srv*C:\cache*)" + at("c")}), "c");
+  expectRight(obtain({"srv*relative*" + at("c")}), "c");
   EXPECT_THAT(reports(), HasSubstr("not an absolute path"));
-  EXPECT_FALSE(std::filesystem::exists(R"(C:\cache)"));
+  EXPECT_FALSE(std::filesystem::exists("relative"));
 }
 
 TEST_F(DirectoryDownload, PointersLeadIntoStoresOnly) {

@@ -94,7 +94,7 @@ class Answer:
     def cut_chunked(self):
         data = self.body()
         self.head(200, "Transfer-Encoding: chunked")
-        self.send(b"%x\r\n%s\r\n" % (20000, data[:20000]))
+        self.send(b"%x\r\n%s" % (len(data), data[:len(data) // 2]))
 
     def cut_without_length(self):
         data = self.body()
@@ -160,7 +160,7 @@ class Answer:
         self.replaced("tiny64.pd_", lambda data: data[:-100])
 
     def damaged_cabinet(self):
-        self.replaced("tiny64.pd_", lambda data: data[:-900] + b"\xff" * 900)
+        self.replaced("tiny64.pd_", lambda data: data[:200] + b"\xff" * 50 + data[250:])
 
     def wrong_cabinet(self):
         self.replaced("two.cab")

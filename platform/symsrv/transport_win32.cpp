@@ -5,6 +5,7 @@
 // certificates that the system trusts, and takes the system's proxy.
 
 #include <windows.h>
+#include <algorithm>
 #include <condition_variable>
 #include <mutex>
 #include <optional>
@@ -19,7 +20,6 @@ namespace symsrv_1_0::internal {
 namespace {
 
 constexpr std::chrono::milliseconds kTick{50};
-constexpr std::chrono::seconds kToClose{10};
 constexpr std::size_t kBuffer = 64 * 1024;
 constexpr DWORD kAutomaticProxy = 4;  // WINHTTP_ACCESS_TYPE_AUTOMATIC_PROXY, since Windows 8.1
 const wchar_t* const kUserAgent = L"quiver-symsrv/2.9";
@@ -32,7 +32,6 @@ struct Events {
   std::optional<DWORD> status;  // guarded by lock, as the rest
   DWORD count = 0;
   DWORD error = 0;
-  bool isClosed = false;
   std::vector<char> buffer = std::vector<char>(kBuffer);
 };
 
@@ -48,6 +47,9 @@ void CALLBACK onStatus(HINTERNET, DWORD_PTR context, DWORD status, void* info, D
     case WINHTTP_CALLBACK_STATUS_SENDREQUEST_COMPLETE:
     case WINHTTP_CALLBACK_STATUS_HEADERS_AVAILABLE:
       break;
+    case WINHTTP_CALLBACK_STATUS_DATA_AVAILABLE:
+      events->count = *static_cast<const DWORD*>(info);
+      break;
     case WINHTTP_CALLBACK_STATUS_READ_COMPLETE:
       events->count = length;
       break;
@@ -55,9 +57,8 @@ void CALLBACK onStatus(HINTERNET, DWORD_PTR context, DWORD status, void* info, D
       events->error = static_cast<const WINHTTP_ASYNC_RESULT*>(info)->dwError;
       break;
     case WINHTTP_CALLBACK_STATUS_HANDLE_CLOSING:
-      events->isClosed = true;
       delete holder;
-      break;
+      return;
     default:
       return;
   }
@@ -160,7 +161,7 @@ class Hop final {
   bool await(bool isBegun);
   bool passHeader();
   HopResult transfer(const HopRequest& request);
-  void close();
+  HopResult readBody();
 
   IHopSink& m_sink;
   SharedEvents m_events = std::make_shared<Events>();
@@ -254,10 +255,19 @@ HopResult Hop::transfer(const HopRequest& request) {
                                 context)) ||
       !await(WinHttpReceiveResponse(m_request, nullptr)) || !passHeader())
     return m_result;
+  return readBody();
+}
+
+/// Reads what is there and no more: waiting for a full buffer would hide the pace.
+HopResult Hop::readBody() {
+  std::vector<char>& buffer = m_events->buffer;
   for (;;) {
-    std::vector<char>& buffer = m_events->buffer;
-    if (!await(
-            WinHttpReadData(m_request, buffer.data(), static_cast<DWORD>(buffer.size()), nullptr)))
+    if (!await(WinHttpQueryDataAvailable(m_request, nullptr)))
+      return m_result;
+    const DWORD wanted = std::min(m_events->count, static_cast<DWORD>(buffer.size()));
+    if (wanted == 0)
+      return {HopOutcome::kComplete, {}};
+    if (!await(WinHttpReadData(m_request, buffer.data(), wanted, nullptr)))
       return m_result;
     if (m_events->count == 0)
       return {HopOutcome::kComplete, {}};
@@ -266,20 +276,15 @@ HopResult Hop::transfer(const HopRequest& request) {
   }
 }
 
-/// Waits until the system writes no more into the buffer; should it take its time, the buffer waits
-/// for it, not the caller.
-void Hop::close() {
-  if (!m_request)
-    return;
-  WinHttpCloseHandle(m_request);
-  std::unique_lock lock(m_events->lock);
-  m_events->changed.wait_for(lock, kToClose, [this] { return m_events->isClosed; });
-}
-
+/// The request may go on for a while after it was closed: what it writes to waits for it, the
+/// caller does not.
 HopResult Hop::run(HINTERNET session, const HopRequest& request) {
   struct Closing {
     Hop& hop;
-    ~Closing() { hop.close(); }
+    ~Closing() {
+      if (hop.m_request)
+        WinHttpCloseHandle(hop.m_request);
+    }
   } closing{*this};
   return open(session, request) ? transfer(request) : failed(GetLastError());
 }
