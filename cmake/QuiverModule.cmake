@@ -33,7 +33,7 @@ function(quiver_run_tests name)
     return()
   endif()
   add_test(NAME ${name}
-    COMMAND ${QUIVER_TEST_LAUNCHER} Python3::Interpreter "${PROJECT_SOURCE_DIR}/scripts/run_windows_test"
+    COMMAND ${QUIVER_TEST_LAUNCHER} "${Python3_EXECUTABLE}" "${PROJECT_SOURCE_DIR}/scripts/run_windows_test"
       "$<TARGET_FILE:${name}>" "${PROJECT_BINARY_DIR}/test_results/${name}.json")
 endfunction()
 

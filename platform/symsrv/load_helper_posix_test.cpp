@@ -9,12 +9,12 @@
 namespace symsrv_1_0::internal {
 namespace {
 
-TEST(LoadModule, FindsNoneBesideThisProgram) {
+TEST(LoadModuleOnPosix, FindsNoneBesideThisProgram) {
   EXPECT_EQ(loadCreateFunction(), nullptr);
   EXPECT_FALSE(ISymSrvHelper::create());
 }
 
-TEST(Module, AnswersToItsOwnVersionAlone) {
+TEST(ModuleOnPosix, AnswersToItsOwnVersionAlone) {
   void* module = dlopen(SYMSRV_MODULE, RTLD_NOW | RTLD_LOCAL);
   ASSERT_NE(module, nullptr) << dlerror();
   const auto create = reinterpret_cast<CreateFunction>(dlsym(module, kCreateFunction));

@@ -53,9 +53,9 @@ bool waitForPort(int port) {
   return false;
 }
 
-class Peers : public DownloadFixture {
+class PeersOnPosix : public DownloadFixture {
  protected:
-  Peers() {
+  PeersOnPosix() {
     m_settings.limits.connect = std::chrono::milliseconds(2000);
     m_settings.limits.firstByte = std::chrono::milliseconds(2000);
     file("one", "tiny64.pdb");
@@ -74,7 +74,7 @@ class Peers : public DownloadFixture {
   }
 };
 
-TEST_F(Peers, PythonsServer) {
+TEST_F(PeersOnPosix, PythonsServer) {
   ServerProcess server(
       {"python3", "-u", "-m", "http.server", "0", "--bind", "127.0.0.1", "--directory", at("")});
   const std::string line = server.readLine();
@@ -88,9 +88,9 @@ TEST_F(Peers, PythonsServer) {
   EXPECT_EQ(obtain({"srv*" + at("cache") + "*" + root + "/one"}, "tiny32.exe"), "");
 }
 
-class Nginx : public Peers {
+class NginxOnPosix : public PeersOnPosix {
  protected:
-  Nginx()
+  NginxOnPosix()
       : m_plain(freePort()),
         m_secure(freePort()),
         m_certificate(makeCertificate(at("certificate"))) {
@@ -131,12 +131,12 @@ class Nginx : public Peers {
   std::unique_ptr<ServerProcess> m_server;
 };
 
-TEST_F(Nginx, PlainAndSecureRedirectedAndPacked) {
+TEST_F(NginxOnPosix, PlainAndSecureRedirectedAndPacked) {
   for (const std::string& root : {plain(), secure()})
     for (const char* store : {"/one", "/two", "/packed", "/away"}) expectRight(root + store);
 }
 
-TEST_F(Nginx, WhatMustNotBeFollowedIsNot) {
+TEST_F(NginxOnPosix, WhatMustNotBeFollowedIsNot) {
   for (const std::string& url : {plain() + "/loop", plain() + "/tofile", secure() + "/down"}) {
     forget();
     EXPECT_EQ(obtain({"srv*" + at("cache") + "*" + url}), "") << url;
@@ -163,7 +163,7 @@ bool enterOwnNetwork() {
 
 constexpr int kNoNetwork = 77;
 
-TEST_F(Peers, AServerOfDebugFiles) {
+TEST_F(PeersOnPosix, AServerOfDebugFiles) {
   m_tree.addFile("elf/hello", contentOf(realFile("hello")));
   m_tree.addFile("elf/hello.debug", contentOf(realFile("hello.debug")));
   const pid_t child = startChild([this] {

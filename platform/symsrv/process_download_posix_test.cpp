@@ -18,9 +18,9 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class ProcessDownload : public DownloadFixture {
+class ProcessDownloadOnPosix : public DownloadFixture {
  protected:
-  ProcessDownload() { serve(); }
+  ProcessDownloadOnPosix() { serve(); }
 
   pid_t startDownload(const std::string& element) {
     return startChild([this, element] { return obtain({element}).empty() ? 1 : 0; });
@@ -39,7 +39,7 @@ class ProcessDownload : public DownloadFixture {
   }
 };
 
-TEST_F(ProcessDownload, KilledAtAnyMomentLeavesNoBadFile) {
+TEST_F(ProcessDownloadOnPosix, KilledAtAnyMomentLeavesNoBadFile) {
   std::mt19937 random(20);  // the same moments each time, as far as the system allows
   std::uniform_int_distribution<int> microseconds(0, 30000);
   int killed = 0;
@@ -60,7 +60,7 @@ TEST_F(ProcessDownload, KilledAtAnyMomentLeavesNoBadFile) {
   expectOnlyGoodFiles("a");
 }
 
-TEST_F(ProcessDownload, ManyForOneKeyEndWithOneGoodFile) {
+TEST_F(ProcessDownloadOnPosix, ManyForOneKeyEndWithOneGoodFile) {
   std::vector<pid_t> children;
   for (int i = 0; i < 8; ++i) children.push_back(startDownload(chain("brisk")));
   for (const pid_t child : children) EXPECT_EQ(resultOf(child), 0);
@@ -69,7 +69,7 @@ TEST_F(ProcessDownload, ManyForOneKeyEndWithOneGoodFile) {
   EXPECT_EQ(contentOf(at("a/" + key())), contentOf(realFile("tiny64.pdb")));
 }
 
-TEST_F(ProcessDownload, AFullDiskLeavesNothing) {
+TEST_F(ProcessDownloadOnPosix, AFullDiskLeavesNothing) {
   const pid_t child = startChild([this] {
     signal(SIGXFSZ, SIG_IGN);
     const rlimit limit{20000, 20000};

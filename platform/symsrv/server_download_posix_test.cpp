@@ -10,9 +10,9 @@ namespace {
 
 using ::testing::HasSubstr;
 
-class SecureDownload : public DownloadFixture {
+class SecureDownloadOnPosix : public DownloadFixture {
  protected:
-  SecureDownload() {
+  SecureDownloadOnPosix() {
     const std::string certificate = makeCertificate(at("certificate"));
     serve(certificate);
     m_certificate = certificate + ".pem";
@@ -21,17 +21,17 @@ class SecureDownload : public DownloadFixture {
   std::string m_certificate;
 };
 
-TEST_F(SecureDownload, WorksWithATrustedCertificate) {
+TEST_F(SecureDownloadOnPosix, WorksWithATrustedCertificate) {
   m_settings.caFile = m_certificate;
   EXPECT_EQ(obtainFrom("good"), at("cache/" + key())) << reports();
 }
 
-TEST_F(SecureDownload, TrustsNobodyByItself) {
+TEST_F(SecureDownloadOnPosix, TrustsNobodyByItself) {
   EXPECT_EQ(obtainFrom("good"), "");
   EXPECT_THAT(reports(), HasSubstr("certificate"));
 }
 
-TEST_F(SecureDownload, NeverFallsToPlainHttp) {
+TEST_F(SecureDownloadOnPosix, NeverFallsToPlainHttp) {
   m_settings.caFile = m_certificate;
   EXPECT_EQ(obtainFrom("to-http"), "");
   EXPECT_THAT(reports(), HasSubstr("from https to http"));
