@@ -1,9 +1,8 @@
 // Finds a file below a directory: consumer DIRECTORY NAME. Ends with 0 when it is there.
 
 #include <cstdio>
-#include <string>
-
 #include <quiver/quiver.h>
+#include <string>
 
 namespace {
 
