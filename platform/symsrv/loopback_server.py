@@ -15,6 +15,7 @@ import os
 import socketserver
 import ssl
 import sys
+import threading
 import time
 
 FILES = sys.argv[1]
@@ -204,10 +205,10 @@ class Answer:
         self.redirect(f"http://127.0.0.1:{self.port}/{self.word}/good/{self.rest()}")
 
     def to_other_host(self):
-        self.redirect(f"{self.scheme}://localhost:{self.port}/{self.word}/good/{self.rest()}")
+        self.redirect(f"{self.scheme}://127.0.0.2:{self.port}/{self.word}/good/{self.rest()}")
 
     def to_injected(self):
-        self.redirect(f"{self.scheme}://user:secret@localhost:{self.port}/{self.word}/good/{self.rest()}")
+        self.redirect(f"{self.scheme}://user:secret@127.0.0.2:{self.port}/{self.word}/good/{self.rest()}")
 
     def e500(self):
         self.whole(b"", status=500)
@@ -295,6 +296,10 @@ def main():
         context.load_cert_chain(sys.argv[2], sys.argv[3])
         server.socket = context.wrap_socket(server.socket, server_side=True)
         server.scheme = "https"
+    if server.scheme == "http":
+        other = Server(("127.0.0.2", server.server_address[1]), Handler)  # a host of its own
+        other.scheme = "http"
+        threading.Thread(target=other.serve_forever, daemon=True).start()
     print(server.server_address[1], flush=True)
     server.serve_forever()
 
