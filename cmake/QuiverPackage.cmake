@@ -2,6 +2,8 @@
 #
 #   bin/                     quiver and, on Windows, quiver.dll and the run-time DLLs it needs
 #   lib/                     the library or its import library, cmake/quiver/ for find_package
+#   beside the library       quiver_symsrv, which it opens for symbol servers; without it, it does
+#                            without them
 #   include/quiver/          the headers
 #   share/man, share/doc     the manual page; on Windows as text
 
