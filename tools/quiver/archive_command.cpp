@@ -55,11 +55,11 @@ std::string table(const Entries& entries) {
 }
 
 Json textOrNull(const std::wstring& text) {
-  return text.empty() ? Json() : Json(toBytes(text));
+  return text.empty() ? Json() : Json(toUtf8(text));
 }
 
 Json toJsonObject(const ArchiveEntry& entry) {
-  return {{"path", toBytes(entry.path)},
+  return {{"path", toUtf8(entry.path)},
           {"name", textOrNull(entry.name)},
           {"category", entry.category ? Json(categoryWord(*entry.category)) : Json()},
           {"folder_md5", textOrNull(entry.folderMd5)},

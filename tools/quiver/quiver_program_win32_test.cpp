@@ -27,6 +27,13 @@ TEST_F(ProgramWindows, TakesAndPrintsNamesOfEveryScript) {
   EXPECT_THAT(missing.err, testing::HasSubstr("'no-" + name + "'"));
 }
 
+TEST_F(ProgramWindows, KeepsHalvesOfPairs) {
+  const std::string name = "no\xED\xA0\x80-\xED\xB2\x80.c";
+  const RunResult run = runProgram({"find", "src", name, "-d", path("")});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.err, testing::HasSubstr("'" + name + "'"));
+}
+
 TEST_F(ProgramWindows, FindsABinaryThatWasRecordedByItsDevice) {
   const std::string file = add("d/qv_app.dll");
   const std::string recorded = "\\??\\" + file;

@@ -1,4 +1,4 @@
-// The JSON form of an outcome. Bytes of file names that are not UTF-8 are replaced by U+FFFD.
+// The JSON form of an outcome. What is no character in file names is replaced by U+FFFD.
 
 #include <nlohmann/json.hpp>
 
@@ -14,7 +14,7 @@ using Json = nlohmann::ordered_json;
 constexpr int kIndent = 2;
 
 Json text(const std::wstring& value) {
-  return toBytes(value);
+  return toUtf8(value);
 }
 
 Json toJsonObject(const FoundFile& file) {
@@ -61,7 +61,7 @@ std::string toJson(const FindOptions& options, const Outcome& outcome) {
   for (const std::wstring& path : outcome.missingDirectories)
     document["missing_directories"].push_back(text(path));
   document["archived"] = archivedObject(outcome.archived);
-  document["message"] = outcome.found ? Json() : Json(notFoundSentence(options, outcome));
+  document["message"] = outcome.found ? Json() : text(toWide(notFoundSentence(options, outcome)));
   return document.dump(kIndent, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 

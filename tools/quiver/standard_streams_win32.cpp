@@ -1,10 +1,10 @@
 // A console takes text, everything else the bytes as they are.
 
 #include <windows.h>
-#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <io.h>
+#include <string_view>
 
 #include "standard_streams.h"
 #include "stream_bytes.h"
@@ -23,17 +23,24 @@ HANDLE consoleBehind(std::FILE* stream) {
   return GetConsoleMode(handle, &mode) ? handle : nullptr;
 }
 
+/// How much of the text goes to the console at once: older ones take no more, and a surrogate pair
+/// that is torn apart is shown as two strange characters.
+DWORD portionOf(std::wstring_view text) {
+  constexpr std::size_t kPortion = 8192;
+  if (text.size() <= kPortion)
+    return static_cast<DWORD>(text.size());
+  return IS_HIGH_SURROGATE(text[kPortion - 1]) ? kPortion - 1 : kPortion;
+}
+
 bool writeText(HANDLE console, const std::string& bytes) {
-  constexpr DWORD kPortion = 8192;  // older consoles take no more at once
   const std::wstring text = toWide(bytes);
-  for (std::size_t at = 0; at < text.size();) {
-    const DWORD size = static_cast<DWORD>(std::min<std::size_t>(kPortion, text.size() - at));
+  for (std::wstring_view rest = text; !rest.empty();) {
     DWORD written = 0;
-    if (!WriteConsoleW(console, text.data() + at, size, &written, nullptr) || written == 0) {
+    if (!WriteConsoleW(console, rest.data(), portionOf(rest), &written, nullptr) || written == 0) {
       errno = EIO;
       return false;
     }
-    at += written;
+    rest.remove_prefix(written);
   }
   return true;
 }

@@ -10,6 +10,9 @@
 namespace quiver_tool {
 namespace {
 
+// Names are UTF-16 here, and half of a surrogate pair may stand alone in them.
+constexpr bool kKeepsHalves = sizeof(wchar_t) == 2;
+
 constexpr char32_t kEscapedByteBase = 0xDC00;
 constexpr char32_t kReplacement = 0xFFFD;
 constexpr char32_t kLastCodePoint = 0x10FFFF;
@@ -28,7 +31,15 @@ bool isLowSurrogate(char32_t value) {
 }
 
 bool isEscapedByte(char32_t value) {
-  return value >= 0xDC80 && value <= 0xDCFF;
+  return !kKeepsHalves && value >= 0xDC80 && value <= 0xDCFF;
+}
+
+bool isCharacter(char32_t value) {
+  return value <= kLastCodePoint && !isHighSurrogate(value) && !isLowSurrogate(value);
+}
+
+bool canBeWritten(char32_t value) {
+  return isCharacter(value) || (kKeepsHalves && value <= kLastCodePoint);
 }
 
 unsigned char byteAt(std::string_view bytes, std::size_t index) {
@@ -67,14 +78,13 @@ CodePoint decodeFirst(std::string_view bytes) {
       return escaped;
     value = (value << 6) | (next & 0x3Fu);
   }
-  const bool isSurrogate = isHighSurrogate(value) || isLowSurrogate(value);
-  if (isOverlong(value, length) || isSurrogate || value > kLastCodePoint)
+  if (isOverlong(value, length) || !canBeWritten(value))
     return escaped;
   return {value, length};
 }
 
 void appendWide(std::wstring& text, char32_t value) {
-  if (sizeof(wchar_t) == 2 && value > 0xFFFF) {
+  if (kKeepsHalves && value > 0xFFFF) {
     text += static_cast<wchar_t>(0xD800 + ((value - 0x10000) >> 10));
     text += static_cast<wchar_t>(0xDC00 + ((value - 0x10000) & 0x3FF));
     return;
@@ -121,9 +131,7 @@ void appendBytes(std::string& bytes, char32_t value) {
     appendByte(bytes, value - kEscapedByteBase);
     return;
   }
-  const bool isUsable =
-      value <= kLastCodePoint && !isHighSurrogate(value) && !isLowSurrogate(value);
-  appendUtf8(bytes, isUsable ? value : kReplacement);
+  appendUtf8(bytes, canBeWritten(value) ? value : kReplacement);
 }
 
 }  // namespace
@@ -143,6 +151,16 @@ std::string toBytes(std::wstring_view text) {
   while (!text.empty()) {
     const CodePoint point = readFirst(text);
     appendBytes(bytes, point.value);
+    text.remove_prefix(point.length);
+  }
+  return bytes;
+}
+
+std::string toUtf8(std::wstring_view text) {
+  std::string bytes;
+  while (!text.empty()) {
+    const CodePoint point = readFirst(text);
+    appendUtf8(bytes, isCharacter(point.value) ? point.value : kReplacement);
     text.remove_prefix(point.length);
   }
   return bytes;

@@ -1,7 +1,9 @@
 // Bytes of the command line and of the output <-> the wide text of the library.
 //
-// Bytes that are not UTF-8 become the code points U+DC80 to U+DCFF and turn back into the same
-// bytes, as the library does with file names: any file name makes the round trip.
+// Any file name makes the round trip. Where names are bytes, those that are not UTF-8 become the
+// code points U+DC80 to U+DCFF and turn back into the same bytes, as the library does with file
+// names. Where names are UTF-16, half of a surrogate pair that stands alone is written as if it
+// were a character, in three bytes.
 
 #pragma once
 
@@ -13,9 +15,12 @@ namespace quiver_tool {
 
 std::wstring toWide(std::string_view bytes);
 
-/// What no file name can hold (a lone surrogate that stands for no byte, a value past the last code
-/// point) becomes U+FFFD.
+/// What no file name of this system can hold (a value past the last code point, a lone surrogate
+/// that stands for no byte where names are bytes) becomes U+FFFD.
 std::string toBytes(std::wstring_view text);
+
+/// Always UTF-8: each unit of the text that is no character becomes U+FFFD.
+std::string toUtf8(std::wstring_view text);
 
 /// Returns the text as a path that the standard file library opens under that very name.
 std::filesystem::path toNativePath(std::wstring_view text);
