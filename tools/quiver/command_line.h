@@ -14,9 +14,10 @@ namespace quiver_tool {
 
 /// How a run ends.
 enum ExitStatus : int {
-  kExitFound = 0,     ///< Also after help and version texts.
-  kExitNotFound = 1,  ///< No file was found, or something in or for an archive is wrong.
-  kExitFailure = 2,   ///< A usage error, or output that could not be written.
+  kExitFound = 0,          ///< Also after help and version texts.
+  kExitNotFound = 1,       ///< No file was found, or something in or for an archive is wrong.
+  kExitFailure = 2,        ///< A usage error, or output that could not be written.
+  kExitInterrupted = 130,  ///< Ctrl-C stopped a download; as shells have it.
 };
 
 struct FindOptions {
@@ -32,6 +33,9 @@ struct FindOptions {
   std::optional<std::int64_t> modificationTime;
   std::optional<std::int64_t> size;
   std::optional<std::wstring> notNewerThan;
+  std::optional<std::wstring> symbolPath;  ///< Instead of the variable's.
+  bool isWithoutServers = false;
+  std::optional<std::int32_t> serverSeconds;  ///< For one request.
   std::optional<std::wstring> suggestion;
   std::optional<std::int32_t> osType;
   bool isAll = false;

@@ -1,5 +1,6 @@
 #include "find_grammar.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -54,6 +55,19 @@ void addChecks(CLI::App& app, FindCommand& command) {
   command.size = addText(app, "--size", "BYTES", "Take only a file of this size");
   command.notNewerThan =
       addText(app, "--not-newer-than", "FILE", "Reject files that are newer than FILE");
+}
+
+void addSymbolOptions(CLI::App& app, FindCommand& command) {
+  if (command.category != QV_2_9::scSymbolFiles)
+    return;
+  command.symbolPath = addText(app,
+                               "--symbol-path",
+                               "TEXT",
+                               "Symbol path: directories and servers (srv*cache*address) between "
+                               "semicolons, instead of _NT_SYMBOL_PATH");
+  command.noServers = addFlag(app, "--no-servers", "Ask no symbol server");
+  command.timeout =
+      addText(app, "--timeout", "SECONDS", "Give a request to a symbol server up after this time");
 }
 
 bool isExistingDirectory(const std::wstring& path) {
@@ -112,6 +126,25 @@ void readChecks(const FindCommand& command, FindOptions& options) {
   options.notNewerThan = referenceOf(command.notNewerThan);
 }
 
+std::optional<std::int32_t> secondsOf(const CLI::Option* option) {
+  const std::optional<std::wstring> text = textOf(option);
+  if (!text)
+    return std::nullopt;
+  const bool isNumber = text->size() <= 5 && std::ranges::all_of(*text, [](wchar_t c) {
+                          return c >= L'0' && c <= L'9';
+                        });
+  const std::int32_t seconds = isNumber ? static_cast<std::int32_t>(std::stol(*text)) : 0;
+  if (seconds == 0)
+    throw UsageError("--timeout: '" + toBytes(*text) + "' is no number of seconds from 1 to 99999");
+  return seconds;
+}
+
+void readSymbolOptions(const FindCommand& command, FindOptions& options) {
+  options.symbolPath = textOf(command.symbolPath);
+  options.isWithoutServers = isGiven(command.noServers);
+  options.serverSeconds = secondsOf(command.timeout);
+}
+
 void readPlaces(const FindCommand& command, FindOptions& options) {
   options.directories = directoriesOf(command);
   options.archives = textsOf(*command.archives);
@@ -136,6 +169,7 @@ FindCommand addFindCommand(CLI::App& find, search_category_t category) {
   if (category != QV_2_9::scBinaryFiles)
     command.binary = addText(app, "--binary", "FILE", "The binary that the file belongs to");
   addChecks(app, command);
+  addSymbolOptions(app, command);
   command.suggestion = addText(app, "--suggest", "PATH", "Path to try before any step");
   command.os = addText(app, "--os", "windows|other", "System that the name was recorded on");
   command.all = addFlag(app, "--all", "Run every step and list all valid candidates");
@@ -152,6 +186,7 @@ FindOptions readFindOptions(const FindCommand& command) {
   readPlaces(command, options);
   options.binary = textOf(command.binary);
   readChecks(command, options);
+  readSymbolOptions(command, options);
   options.suggestion = textOf(command.suggestion);
   options.osType = osTypeOf(*command.os);
   options.isAll = isGiven(command.all);

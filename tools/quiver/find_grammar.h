@@ -23,6 +23,9 @@ struct FindCommand {
   CLI::Option* modificationTime = nullptr;
   CLI::Option* size = nullptr;
   CLI::Option* notNewerThan = nullptr;
+  CLI::Option* symbolPath = nullptr;
+  CLI::Option* noServers = nullptr;
+  CLI::Option* timeout = nullptr;
   CLI::Option* suggestion = nullptr;
   CLI::Option* os = nullptr;
   CLI::Option* all = nullptr;

@@ -1,11 +1,15 @@
 #include "lookup.h"
 
 #include <filesystem>
+#include <functional>
 #include <system_error>
 
+#include "download_progress.h"
 #include "lookup_callbacks.h"
 #include "quiver/quiver.h"
 #include "result_scope.h"
+#include "standard_streams.h"
+#include "symbol_servers.h"
 #include "text_encoding.h"
 
 namespace quiver_tool {
@@ -19,14 +23,24 @@ using QV_2_9::IEnvironmentInfo;
 using QV_2_9::IFileSearch;
 using QV_2_9::IValidatorCallback;
 
+/// Nothing when nobody would see it.
+std::function<void(const std::string&)> terminalForProgress() {
+  if (!isTerminalForDiagnostics())
+    return nullptr;
+  return writeDiagnostics;
+}
+
 const wchar_t* orNull(const std::optional<std::wstring>& text) {
   return text ? text->c_str() : nullptr;
 }
 
 ObjectPtr<IEditableSearchDirContainer> searchDirs(const FindOptions& options) {
   ObjectPtr<IEditableSearchDirContainer> dirs = IEditableSearchDirContainer::create();
-  for (const SearchDirectory& dir : options.directories)
+  for (const SearchDirectory& dir : options.directories) {
+    if (options.isWithoutServers && isSymbolServer(dir.path))
+      continue;
     dirs->addSearchDir(dir.category, dir.path.c_str(), dir.isRecursive, dir.isHighPriority);
+  }
   return dirs;
 }
 
@@ -64,23 +78,19 @@ std::optional<std::wstring> binaryName(const FindOptions& options) {
 
 ObjectPtr<IValidFile> ask(IFileSearch& search,
                           const FindOptions& options,
-                          IValidatorCallback& check) {
+                          IValidatorCallback& check,
+                          DownloadProgress& progress) {
   const wchar_t* name = options.name.c_str();
   const std::optional<std::wstring> binary = binaryName(options);
   const wchar_t* suggestion = orNull(options.suggestion);
   switch (options.category) {
     case QV_2_9::scSymbolFiles:
-      return search.findSymFile(name, orNull(binary), nullptr, &check, suggestion, nullptr);
+      return search.findSymFile(name, orNull(binary), nullptr, &check, suggestion, &progress);
     case QV_2_9::scSourceFiles:
       return search.findSrcFile(name, orNull(binary), nullptr, &check, suggestion);
     default:
       return search.findBinFile(name, &check, suggestion);
   }
-}
-
-// A symbol server stands in the list of directories without being one.
-bool isServer(const std::wstring& path) {
-  return path.starts_with(L"srv*") || path.starts_with(L"symsrv*");
 }
 
 bool isDirectory(const std::wstring& path) {
@@ -100,7 +110,7 @@ std::vector<std::wstring> missingDirectories(const FindOptions& options) {
   }
   for (const SearchDirectory& dir : options.directories) {
     const bool isUsed = dir.category == options.category || dir.category == QV_2_9::scAllFiles;
-    if (isUsed && !isServer(dir.path) && !isDirectory(dir.path))
+    if (isUsed && !isSymbolServer(dir.path) && !isDirectory(dir.path))
       missing.push_back(dir.path);
   }
   return missing;
@@ -120,10 +130,12 @@ Outcome lookUpWith(const FindOptions& options, IValidatorCallback& check) {
   scope.setCallbacks(choosing, showing);
   const ObjectPtr<IFileSearch> search =
       IFileSearch::create(scope.createSearchEnv(archiveDirs(options), environmentInfo(options)));
-  if (const ObjectPtr<IValidFile> file = ask(*search, options, check))
+  DownloadProgress progress(terminalForProgress());
+  if (const ObjectPtr<IValidFile> file = ask(*search, options, check, progress))
     outcome.found = toFoundFile(*file);
   if (outcome.found && options.isArchivingFound)
     outcome.archived = scope.archive(outcome.found->path, options.category);
+  outcome.isInterrupted = progress.wasInterrupted();
   outcome.missingDirectories = missingDirectories(options);
   outcome.isSuggestionMissing = isSuggestionMissing(options);
   return outcome;

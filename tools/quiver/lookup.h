@@ -32,6 +32,7 @@ struct Outcome {
   std::vector<RejectedFile> rejected;
   std::vector<std::wstring> missingDirectories;  ///< Given for this kind of file, but no directory.
   bool isSuggestionMissing = false;
+  bool isInterrupted = false;                        ///< Ctrl-C stopped a download.
   std::optional<QV_2_9::archive_result_t> archived;  ///< What became of the answer's copy.
 };
 

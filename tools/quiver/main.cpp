@@ -10,6 +10,7 @@
 #include "lookup.h"
 #include "report.h"
 #include "standard_streams.h"
+#include "symbol_servers.h"
 
 namespace {
 
@@ -23,7 +24,10 @@ Answer run(const std::vector<std::string>& arguments) {
     return *line.answer;
   if (line.archive)
     return runArchive(*line.archive);
+  applySymbolOptions(line.find);
   const Outcome outcome = lookUp(line.find);
+  if (outcome.isInterrupted)
+    return {kExitInterrupted, "", "quiver: stopped while a symbol file was downloaded\n"};
   const Report report = makeReport(line.find, outcome);
   return {outcome.found ? kExitFound : kExitNotFound, report.out, report.err};
 }

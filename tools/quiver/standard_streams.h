@@ -16,4 +16,7 @@ std::string writeOutput(const std::string& bytes);
 /// Writes to standard error; there is nowhere left to complain to.
 void writeDiagnostics(const std::string& bytes);
 
+/// Returns true when a person reads standard error as it is written.
+bool isTerminalForDiagnostics();
+
 }  // namespace quiver_tool

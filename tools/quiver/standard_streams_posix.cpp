@@ -23,6 +23,10 @@ bool writeBytes(std::FILE* stream, const std::string& bytes) {
          std::fflush(stream) == 0;
 }
 
+bool isTerminalForDiagnostics() {
+  return ::isatty(STDERR_FILENO) == 1;
+}
+
 void prepareStandardStreams() {
   std::signal(SIGPIPE, SIG_IGN);
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) fillWithRefusal(stream);

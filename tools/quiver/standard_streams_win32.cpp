@@ -59,6 +59,10 @@ bool writeBytes(std::FILE* stream, const std::string& bytes) {
   return isWritten;
 }
 
+bool isTerminalForDiagnostics() {
+  return consoleBehind(stderr) != nullptr;
+}
+
 // Intended: lines end with a line feed alone, so that output is the same on every system.
 void prepareStandardStreams() {
   for (std::FILE* stream : {stdout, stderr})
