@@ -23,12 +23,37 @@ void stripSeparators(std::wstring& path) {
   while (path.size() > root + 1 && isSeparator(path.back(), kStyle)) path.pop_back();
 }
 
+bool beginsWith(std::wstring_view text, std::wstring_view head) {
+  return text.size() >= head.size() && CompareStringOrdinal(text.data(),
+                                                            static_cast<int>(head.size()),
+                                                            head.data(),
+                                                            static_cast<int>(head.size()),
+                                                            TRUE) == CSTR_EQUAL;
+}
+
 std::wstring withPrefix(const std::wstring& full) {
   if (full.starts_with(kExtended))
     return full;
   if (full.starts_with(L"\\\\"))
     return std::wstring(kExtendedShare).append(full, 2);
   return std::wstring(kExtended) + full;
+}
+
+/// A drive or a share alone stands for its root, not for a directory that is current there.
+std::wstring withRoot(std::wstring_view text) {
+  std::wstring path(text);
+  if (!text.empty() && rootLength(text, kStyle) == text.size())
+    path += L'\\';
+  return path;
+}
+
+/// Behind the prefix there are also devices, pipes and whole disks, which open like files.
+bool isOnVolume(std::wstring_view full) {
+  if (!full.starts_with(kExtended))
+    return !full.starts_with(kDevice);
+  const std::wstring_view volume = full.substr(kExtended.size());
+  const bool isDrive = volume.size() > 2 && volume[1] == L':' && volume[2] == L'\\';
+  return isDrive || beginsWith(volume, L"UNC\\") || beginsWith(volume, L"Volume{");
 }
 
 /// Makes the path absolute; false for what names no file.
@@ -38,9 +63,10 @@ bool absolutePath(std::wstring_view text, std::wstring& full) {
   const std::size_t root = rootLength(text, kStyle);
   if (!canBeName(text.substr(root)))
     return false;
-  full = text.starts_with(kExtended) ? std::wstring(text) : fullPath(std::wstring(text));
+  const std::wstring rooted = withRoot(text);
+  full = rooted.starts_with(kExtended) ? rooted : fullPath(rooted);
   stripSeparators(full);
-  return !full.empty() && !full.starts_with(kDevice) && withPrefix(full).size() <= kLongestPath;
+  return !full.empty() && isOnVolume(full) && withPrefix(full).size() <= kLongestPath;
 }
 
 }  // namespace
