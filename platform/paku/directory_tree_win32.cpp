@@ -176,26 +176,38 @@ class Walk final {
     int level;
   };
 
-  bool visit(const Directory& directory) {
-    Listing listing(pathBelow(m_root, directory.below.empty() ? L"*" : directory.below + L"\\*"));
-    if (!listing.isOpen())
-      return true;
-    const bool descends = m_depth < 0 || directory.level < m_depth;
+  struct Contents {
     std::vector<std::wstring> matches;
     std::vector<std::wstring> children;
+  };
+
+  bool visit(const Directory& directory) {
+    Contents contents = read(directory);
+    schedule(directory, std::move(contents.children));
+    std::ranges::sort(contents.matches);
+    const OpenDirectory open(m_root, directory.below);
+    return std::ranges::all_of(contents.matches,
+                               [&](const auto& name) { return report(open, name); });
+  }
+
+  /// Reads to the end, so that the directory is closed when the visitor is called. Nothing for one
+  /// that cannot be read.
+  Contents read(const Directory& directory) const {
+    Contents contents;
+    Listing listing(pathBelow(m_root, directory.below.empty() ? L"*" : directory.below + L"\\*"));
+    if (!listing.isOpen())
+      return contents;
+    const bool descends = m_depth < 0 || directory.level < m_depth;
     do {
       const WIN32_FIND_DATAW& entry = listing.entry();
       if (isDots(entry.cFileName))
         continue;
       if (m_names.isSought(entry.cFileName))
-        matches.emplace_back(entry.cFileName);
+        contents.matches.emplace_back(entry.cFileName);
       if (descends && isRealDirectory(entry))
-        children.emplace_back(entry.cFileName);
+        contents.children.emplace_back(entry.cFileName);
     } while (listing.next());
-    schedule(directory, std::move(children));
-    std::ranges::sort(matches);
-    const OpenDirectory open(m_root, directory.below);
-    return std::ranges::all_of(matches, [&](const auto& name) { return report(open, name); });
+    return contents;
   }
 
   /// The first child goes on top of the stack.
