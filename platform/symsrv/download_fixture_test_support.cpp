@@ -71,9 +71,10 @@ std::string contentOf(const std::string& path) {
 DownloadFixture::DownloadFixture()
     : m_root(utf8(m_tree.root())), m_word("~" + fs::path(m_root).filename().string()) {
   m_settings.defaultStore = at("default");
-  m_settings.limits.connect = milliseconds(200);
-  m_settings.limits.firstByte = milliseconds(200);
-  m_settings.limits.slowWindow = milliseconds(200);
+  // Far beyond what a loaded machine takes; a test that waits for a limit sets a short one.
+  m_settings.limits.connect = milliseconds(10000);
+  m_settings.limits.firstByte = milliseconds(10000);
+  m_settings.limits.slowWindow = milliseconds(10000);
   m_settings.limits.slowBytes = 1000;
   m_settings.limits.bytes = 1024 * 1024;
   m_settings.limits.betweenTries = milliseconds(10);
