@@ -1,9 +1,9 @@
 #include "archive_grammar.h"
 
-#include <cstddef>
 #include <filesystem>
 #include <system_error>
 
+#include "archive_command.h"
 #include "help_texts.h"
 #include "option_texts.h"
 #include "text_encoding.h"
@@ -17,35 +17,28 @@ using QV_2_9::search_category_t;
 
 constexpr const char* kCommand = "archive";
 
-// No argument of a program can hold it.
-constexpr char kMark = '\0';
-
-std::wstring readPath(const CLI::Option& option, const std::string& marked) {
-  const std::string bytes = withoutMarks(marked);
-  if (bytes.empty())
-    throw UsageError(option.get_name() + " must not be empty");
-  return toWide(bytes);
-}
+struct ArchiveCommand {
+  CLI::Option* directory = nullptr;
+  CLI::Option* files = nullptr;
+  CLI::Option* category = nullptr;
+  CLI::Option* list = nullptr;
+  CLI::Option* verify = nullptr;
+  CLI::Option* json = nullptr;
+};
 
 std::wstring directoryOf(const CLI::Option& option) {
-  std::wstring path = readPath(option, option.results().back());
+  std::wstring path = textOf(&option).value_or(std::wstring());
   std::error_code ignored;
   if (!std::filesystem::is_directory(toNativePath(path), ignored))
     throw UsageError("no such directory: " + toBytes(path));
   return path;
 }
 
-std::vector<std::wstring> filesOf(const CLI::Option& option) {
-  std::vector<std::wstring> files;
-  for (const std::string& marked : option.results()) files.push_back(readPath(option, marked));
-  return files;
-}
-
 search_category_t categoryOf(const CLI::Option& option) {
   constexpr const char* kChoices = "'bin', 'sym', 'src', 'all'";
   if (!isGiven(&option))
     throw UsageError(std::string("--category is needed: one of ") + kChoices);
-  const std::string word = withoutMarks(option.results().back());
+  const std::string word = toBytes(*textOf(&option));
   for (const search_category_t category :
        {QV_2_9::scBinaryFiles, QV_2_9::scSymbolFiles, QV_2_9::scSourceFiles, QV_2_9::scAllFiles}) {
     if (word == categoryWord(category))
@@ -54,32 +47,12 @@ search_category_t categoryOf(const CLI::Option& option) {
   throw UsageError("--category: '" + word + "' is none of " + kChoices);
 }
 
-}  // namespace
-
-ArchiveCommand addArchiveCommand(CLI::App& app) {
-  ArchiveCommand command;
-  CLI::App& archive = *app.add_subcommand(kCommand, kArchiveDescription);
-  archive.footer(kArchiveExamples);
-  command.app = &archive;
-  command.directory = addText(archive, "DIR", "", "Result directory; its archive is DIR/archive");
-  command.directory->required();
-  command.files = addTexts(archive, "FILE", "", "Files to copy into the archive");
-  command.files->allow_extra_args();
-  command.category =
-      addText(archive, "--category", "bin|sym|src|all", "What the files are; needed with FILE");
-  command.list = addFlag(archive, "--list", "Show what the archive holds");
-  command.verify =
-      addFlag(archive, "--verify", "The same; the exit status is 1 when something does not agree");
-  command.json = addFlag(archive, "--json", "Show it as JSON");
-  return command;
-}
-
 ArchiveOptions readArchiveOptions(const ArchiveCommand& command) {
   ArchiveOptions options;
   options.isVerifying = isGiven(command.verify);
   options.isListing = isGiven(command.list) || options.isVerifying;
   options.isJson = isGiven(command.json);
-  options.files = filesOf(*command.files);
+  options.files = textsOf(*command.files);
   if (options.isListing != options.files.empty())
     throw UsageError(options.isListing ? "--list and --verify take no FILE"
                                        : "name a FILE to archive, or give --list or --verify");
@@ -93,26 +66,25 @@ ArchiveOptions readArchiveOptions(const ArchiveCommand& command) {
   return options;
 }
 
-void markOperands(std::vector<std::string>& arguments) {
-  if (arguments.empty() || arguments.front() != kCommand)
-    return;
-  std::vector<std::string> marked{arguments.front()};
-  bool isOption = true;
-  for (std::size_t i = 1; i < arguments.size(); ++i) {
-    const std::string& argument = arguments[i];
-    if (isOption && argument == "--")
-      isOption = false;
-    else if (isOption && argument.starts_with('-'))
-      marked.push_back(argument);
-    else
-      marked.push_back(kMark + argument);
-  }
-  arguments = marked;
-}
+}  // namespace
 
-std::string withoutMarks(std::string text) {
-  std::erase(text, kMark);
-  return text;
+ProgramCommand addArchiveCommand(CLI::App& app) {
+  ArchiveCommand command;
+  CLI::App& archive = *app.add_subcommand(kCommand, kArchiveDescription);
+  archive.footer(kArchiveExamples);
+  command.directory = addText(archive, "DIR", "", "Result directory; its archive is DIR/archive");
+  command.directory->required();
+  command.files = addTexts(archive, "FILE", "", "Files to copy into the archive");
+  command.files->allow_extra_args();
+  command.category =
+      addText(archive, "--category", "bin|sym|src|all", "What the files are; needed with FILE");
+  command.list = addFlag(archive, "--list", "Show what the archive holds");
+  command.verify =
+      addFlag(archive, "--verify", "The same; the exit status is 1 when something does not agree");
+  command.json = addFlag(archive, "--json", "Show it as JSON");
+  return {&archive, kCommand, [command] {
+            return [options = readArchiveOptions(command)] { return runArchive(options); };
+          }};
 }
 
 }  // namespace quiver_tool

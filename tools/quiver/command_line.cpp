@@ -9,6 +9,7 @@
 #include "archive_grammar.h"
 #include "find_grammar.h"
 #include "help_texts.h"
+#include "operands.h"
 #include "text_encoding.h"
 #include "usage_error.h"
 
@@ -43,79 +44,75 @@ class Grammar final {
     m_find = m_app.add_subcommand("find", kFindDescription);
     m_find->footer(kFindExamples);
     m_find->require_subcommand(1);
-    for (const search_category_t kind : kKinds) m_kinds.push_back(addFindCommand(*m_find, kind));
-    m_archive = addArchiveCommand(m_app);
+    for (const search_category_t kind : kKinds) m_commands.push_back(addFindCommand(*m_find, kind));
+    m_commands.push_back(addArchiveCommand(m_app));
   }
 
-  CommandLine parse(int argc, const char* const* argv) {
-    CommandLine line;
+  Job parse(int argc, const char* const* argv) {
     try {
       m_app.parse(reversedArguments(argc, argv));
-      if (m_archive.app->parsed())
-        line.archive = readArchiveOptions(m_archive);
-      else
-        line.find = readFindOptions(usedKind());
+      if (const ProgramCommand* command = usedCommand())
+        return command->read();
+      throw UsageError("nothing to do");
     } catch (const CLI::Success& success) {
       std::ostringstream out;
       std::ostringstream err;
       m_app.exit(success, out, err);
-      line.answer = Answer{kExitFound, out.str(), err.str()};
+      return saying({kExitFound, out.str(), err.str()});
     } catch (const CLI::ParseError& error) {
-      line.answer = answerTo(error);
+      return saying(answerTo(error));
     } catch (const UsageError& error) {
-      line.answer = usageAnswer(error.what(), hint());
+      return saying(usageAnswer(error.what(), hint()));
     }
-    return line;
   }
 
  private:
-  const FindCommand& usedKind() const {
-    for (const FindCommand& kind : m_kinds) {
-      if (kind.app->parsed())
-        return kind;
-    }
-    throw UsageError("nothing to find");
+  static Job saying(Answer answer) {
+    return [answer = std::move(answer)] { return answer; };
   }
 
-  // The innermost command that was named.
-  const CLI::App& usedCommand() const {
-    for (const FindCommand& kind : m_kinds) {
-      if (kind.app->parsed())
-        return *kind.app;
-    }
-    if (m_archive.app->parsed())
-      return *m_archive.app;
-    return m_find->parsed() ? *m_find : m_app;
+  // Null when the words so far are no whole command.
+  const ProgramCommand* usedCommand() const {
+    const auto command = std::ranges::find_if(
+        m_commands, [](const ProgramCommand& one) { return one.app->parsed(); });
+    return command == m_commands.end() ? nullptr : &*command;
   }
 
   std::string hint() const {
-    const CLI::App& used = usedCommand();
-    const std::string word = &used == &m_app || &used == m_find ? "" : used.get_name() + " ";
-    return "Try 'quiver " + std::string(m_find->parsed() ? "find " : "") + word + "--help'.\n";
+    const ProgramCommand* command = usedCommand();
+    const std::string words = command ? command->words : m_find->parsed() ? "find" : "";
+    return "Try 'quiver " + words + (words.empty() ? "" : " ") + "--help'.\n";
+  }
+
+  std::string commandWords() const {
+    std::string words = "'find'";
+    for (const ProgramCommand& command : m_commands)
+      if (command.app->get_parent() == &m_app)
+        words += (&command == &m_commands.back() ? " and '" : ", '") + command.words + "'";
+    return words;
   }
 
   Answer answerTo(const CLI::ParseError& error) const {
-    const CLI::App& used = usedCommand();
-    if (&used != &m_app && &used != m_find)
+    if (usedCommand())
       return usageAnswer(error.what(), hint());
     const std::vector<std::string> rest = m_app.remaining(true);
     if (rest.empty())
       return {kExitFailure, "", m_app.help()};
-    const char* choice = &used == &m_app
-                             ? "' is not a command; the commands are 'find' and 'archive'"
-                             : "' is no kind of file; the kinds are 'bin', 'sym', 'src'";
-    return usageAnswer("'" + rest.front() + choice, hint());
+    if (m_find->parsed())
+      return usageAnswer(
+          "'" + rest.front() + "' is no kind of file; the kinds are 'bin', 'sym', 'src'", hint());
+    return usageAnswer(
+        "'" + rest.front() + "' is not a command; the commands are " + commandWords(), hint());
   }
 
   CLI::App m_app;
   CLI::App* m_find = nullptr;
-  std::vector<FindCommand> m_kinds;
-  ArchiveCommand m_archive;
+  std::vector<ProgramCommand> m_commands;
 };
 
 }  // namespace
 
-CommandLine parseCommandLine(int argc, const char* const* argv) {
+Job parseCommandLine(int argc, const char* const* argv) {
   return Grammar().parse(argc, argv);
 }
 

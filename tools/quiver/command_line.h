@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -53,19 +54,17 @@ struct ArchiveOptions {
   bool isJson = false;
 };
 
-/// A text to print and leave with: help, version, or a usage error.
+/// What a run prints, and how it ends.
 struct Answer {
   int status = kExitFound;
   std::string out;
   std::string err;
 };
 
-struct CommandLine {
-  std::optional<Answer> answer;           ///< When set, there is nothing to do.
-  std::optional<ArchiveOptions> archive;  ///< When set, there is nothing to find.
-  FindOptions find;
-};
+/// What a command line asks for. It may throw what the library throws.
+using Job = std::function<Answer()>;
 
-CommandLine parseCommandLine(int argc, const char* const* argv);
+/// Never fails: for a wrong command line the job is to say so.
+Job parseCommandLine(int argc, const char* const* argv);
 
 }  // namespace quiver_tool

@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "find_command.h"
 #include "help_texts.h"
 #include "md5_text.h"
 #include "option_texts.h"
@@ -19,6 +20,30 @@ using QV_2_9::search_category_t;
 
 constexpr std::int32_t kOsWindows = 1;
 constexpr std::int32_t kOsOther = 2;
+
+/// The options of one kind; those that a kind does not have are null.
+struct FindCommand {
+  QV_2_9::search_category_t category = QV_2_9::scBinaryFiles;
+  CLI::Option* name = nullptr;
+  CLI::Option* directories = nullptr;
+  CLI::Option* archives = nullptr;
+  CLI::Option* result = nullptr;
+  CLI::Option* parents = nullptr;
+  CLI::Option* archiveFound = nullptr;
+  CLI::Option* binary = nullptr;
+  CLI::Option* md5 = nullptr;
+  CLI::Option* modificationTime = nullptr;
+  CLI::Option* size = nullptr;
+  CLI::Option* notNewerThan = nullptr;
+  CLI::Option* symbolPath = nullptr;
+  CLI::Option* noServers = nullptr;
+  CLI::Option* timeout = nullptr;
+  CLI::Option* suggestion = nullptr;
+  CLI::Option* os = nullptr;
+  CLI::Option* all = nullptr;
+  CLI::Option* json = nullptr;
+  CLI::Option* verbose = nullptr;
+};
 
 void addPlaces(CLI::App& app, FindCommand& command) {
   command.directories = addTexts(
@@ -156,29 +181,6 @@ void readPlaces(const FindCommand& command, FindOptions& options) {
     throw UsageError("--archive-found needs a result directory: --result or --parent");
 }
 
-}  // namespace
-
-FindCommand addFindCommand(CLI::App& find, search_category_t category) {
-  FindCommand command;
-  CLI::App& app = *find.add_subcommand(categoryWord(category), kindDescription(category));
-  app.footer(kindExamples(category));
-  command.app = &app;
-  command.category = category;
-  command.name = addText(app, "NAME", "", "Recorded path or bare file name")->required();
-  addPlaces(app, command);
-  if (category != QV_2_9::scBinaryFiles)
-    command.binary = addText(app, "--binary", "FILE", "The binary that the file belongs to");
-  addChecks(app, command);
-  addSymbolOptions(app, command);
-  command.suggestion = addText(app, "--suggest", "PATH", "Path to try before any step");
-  command.os = addText(app, "--os", "windows|other", "System that the name was recorded on");
-  command.all = addFlag(app, "--all", "Run every step and list all valid candidates");
-  command.json = addFlag(app, "--json", "Print the result as JSON");
-  command.verbose =
-      addFlag(app, "-v,--verbose", "Show how the file was found and what was rejected");
-  return command;
-}
-
 FindOptions readFindOptions(const FindCommand& command) {
   FindOptions options;
   options.category = command.category;
@@ -193,6 +195,30 @@ FindOptions readFindOptions(const FindCommand& command) {
   options.isJson = isGiven(command.json);
   options.isVerbose = isGiven(command.verbose);
   return options;
+}
+
+}  // namespace
+
+ProgramCommand addFindCommand(CLI::App& find, search_category_t category) {
+  FindCommand command;
+  CLI::App& app = *find.add_subcommand(categoryWord(category), kindDescription(category));
+  app.footer(kindExamples(category));
+  command.category = category;
+  command.name = addText(app, "NAME", "", "Recorded path or bare file name")->required();
+  addPlaces(app, command);
+  if (category != QV_2_9::scBinaryFiles)
+    command.binary = addText(app, "--binary", "FILE", "The binary that the file belongs to");
+  addChecks(app, command);
+  addSymbolOptions(app, command);
+  command.suggestion = addText(app, "--suggest", "PATH", "Path to try before any step");
+  command.os = addText(app, "--os", "windows|other", "System that the name was recorded on");
+  command.all = addFlag(app, "--all", "Run every step and list all valid candidates");
+  command.json = addFlag(app, "--json", "Print the result as JSON");
+  command.verbose =
+      addFlag(app, "-v,--verbose", "Show how the file was found and what was rejected");
+  return {&app, std::string("find ") + categoryWord(category), [command] {
+            return [options = readFindOptions(command)] { return runFind(options); };
+          }};
 }
 
 }  // namespace quiver_tool

@@ -4,13 +4,9 @@
 #include <string>
 #include <vector>
 
-#include "archive_command.h"
 #include "arguments.h"
 #include "command_line.h"
-#include "lookup.h"
-#include "report.h"
 #include "standard_streams.h"
-#include "symbol_servers.h"
 
 namespace {
 
@@ -19,17 +15,7 @@ using namespace quiver_tool;
 Answer run(const std::vector<std::string>& arguments) {
   std::vector<const char*> words;
   for (const std::string& argument : arguments) words.push_back(argument.c_str());
-  const CommandLine line = parseCommandLine(static_cast<int>(words.size()), words.data());
-  if (line.answer)
-    return *line.answer;
-  if (line.archive)
-    return runArchive(*line.archive);
-  applySymbolOptions(line.find);
-  const Outcome outcome = lookUp(line.find);
-  if (outcome.isInterrupted)
-    return {kExitInterrupted, "", "quiver: stopped while a symbol file was downloaded\n"};
-  const Report report = makeReport(line.find, outcome);
-  return {outcome.found ? kExitFound : kExitNotFound, report.out, report.err};
+  return parseCommandLine(static_cast<int>(words.size()), words.data())();
 }
 
 int print(const Answer& answer) {

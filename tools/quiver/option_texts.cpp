@@ -1,5 +1,6 @@
 #include "option_texts.h"
 
+#include "operands.h"
 #include "text_encoding.h"
 #include "usage_error.h"
 
@@ -29,7 +30,7 @@ bool isGiven(const CLI::Option* option) {
 std::optional<std::wstring> textOf(const CLI::Option* option) {
   if (!isGiven(option))
     return std::nullopt;
-  const std::wstring text = toWide(option->results().back());
+  const std::wstring text = toWide(withoutMarks(option->results().back()));
   if (text.empty())
     throw UsageError(option->get_name() + " must not be empty");
   return text;
@@ -37,7 +38,8 @@ std::optional<std::wstring> textOf(const CLI::Option* option) {
 
 std::vector<std::wstring> textsOf(const CLI::Option& option) {
   std::vector<std::wstring> texts;
-  for (const std::string& bytes : option.results()) {
+  for (const std::string& marked : option.results()) {
+    const std::string bytes = withoutMarks(marked);
     if (bytes.empty())
       throw UsageError(option.get_name() + " must not be empty");
     texts.push_back(toWide(bytes));
