@@ -9,6 +9,7 @@
 #include "archive_grammar.h"
 #include "find_grammar.h"
 #include "help_texts.h"
+#include "identify_command.h"
 #include "operands.h"
 #include "text_encoding.h"
 #include "usage_error.h"
@@ -46,6 +47,7 @@ class Grammar final {
     m_find->require_subcommand(1);
     for (const search_category_t kind : kKinds) m_commands.push_back(addFindCommand(*m_find, kind));
     m_commands.push_back(addArchiveCommand(m_app));
+    m_commands.push_back(addIdentifyCommand(m_app));
   }
 
   Job parse(int argc, const char* const* argv) {

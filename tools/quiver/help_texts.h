@@ -18,9 +18,8 @@ inline constexpr const char* kProgramExamples =
     "  quiver find sym app.debug --binary ~/builds/app\n"
     "  quiver find src /ci/work/lib/parse.c -d ~/checkout --md5 9e107d9d372bb6826bd81d3542a419d6\n"
     "\n"
-    "See 'quiver find --help', 'quiver find sym --help' and 'quiver archive --help'; the manual "
-    "is\n"
-    "quiver(1).\n";
+    "See 'quiver find --help', 'quiver find sym --help', 'quiver archive --help' and\n"
+    "'quiver identify --help'; the manual is quiver(1).\n";
 
 inline constexpr const char* kFindDescription = "Finds a file by its recorded name.";
 
@@ -58,6 +57,22 @@ inline constexpr const char* kArchiveExamples =
     "      name, kind, MD5 and size of every copy\n"
     "  quiver archive --verify ~/results/r1 && echo sound\n"
     "      compares every copy with the MD5 that its folder is named by\n";
+
+inline constexpr const char* kIdentifyDescription =
+    "Shows what binaries and symbol files say of themselves: format, GUID and age or build-id, "
+    "the\n"
+    "symbol file that they name, MD5 and size.";
+
+inline constexpr const char* kIdentifyExamples =
+    "Symbol servers go by this identity: a symbol file belongs to a binary when both show the "
+    "same.\n"
+    "Exit status: 0 every file was read, 1 one was not, 2 usage or output error.\n"
+    "\n"
+    "Examples:\n"
+    "  quiver identify app.exe app.pdb\n"
+    "      the same GUID and age in both: they were made by one link\n"
+    "  quiver identify --json /usr/lib/libparse.so\n"
+    "      also where stores keep the symbol file (store_key)\n";
 
 /// Returns the description of `quiver find bin`, `sym` or `src`.
 const char* kindDescription(QV_2_9::search_category_t category);

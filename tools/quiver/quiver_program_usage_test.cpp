@@ -47,7 +47,7 @@ INSTANTIATE_TEST_SUITE_P(
         UsageRow{"TwoNames", {"find", "sym", "a", "b"}, "not expected: b"},
         UsageRow{"UnknownCommand",
                  {"look"},
-                 "'look' is not a command; the commands are 'find' and 'archive'"},
+                 "'look' is not a command; the commands are 'find', 'archive' and 'identify'"},
         UsageRow{"UnknownKind", {"find", "lib", "a"}, "'lib' is no kind of file"},
         UsageRow{"UnknownOption", {"find", "src", "a", "--deep"}, "not expected: --deep"},
         UsageRow{"UnknownFlag", {"find", "src", "a", "-d", "/x,recurse"}, "unknown flag 'recurse'"},
