@@ -8,7 +8,6 @@
 
 #include <gtest/gtest.h>
 
-#include "symsrv/download_fixture_test_support.h"
 #include "symsrv/server_process_test_support.h"
 
 extern char** environ;
@@ -84,31 +83,6 @@ std::string makeCertificate(const std::string& name) {
                         "subjectAltName=DNS:localhost,IP:127.0.0.1"}),
             0);
   return name;
-}
-
-namespace {
-
-class PythonServer final : public LoopbackServer {
- public:
-  explicit PythonServer(const std::vector<std::string>& arguments)
-      : m_process(arguments), m_port(m_process.readLine()) {}
-  std::string port() const override { return m_port; }
-
- private:
-  ServerProcess m_process;
-  std::string m_port;
-};
-
-}  // namespace
-
-std::unique_ptr<LoopbackServer> startLoopbackServer(const std::string& certificate) {
-  std::vector<std::string> arguments = {
-      "python3", SYMSRV_SOURCE_DIR "/loopback_server.py", SYMSRV_REAL_FILES};
-  if (!certificate.empty()) {
-    arguments.push_back(certificate + ".pem");
-    arguments.push_back(certificate + ".key");
-  }
-  return std::make_unique<PythonServer>(arguments);
 }
 
 pid_t startChild(const std::function<int()>& work) {
