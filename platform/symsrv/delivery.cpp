@@ -11,7 +11,7 @@
 namespace symsrv_1_0::internal {
 namespace {
 
-constexpr std::size_t kChunk = 256 * 1024;
+constexpr std::size_t kChunk = std::size_t{256} << 10;
 constexpr int kTriesToMake = 3;
 
 /// Tells a full disk from a damaged cabinet, and lets the caller end it.

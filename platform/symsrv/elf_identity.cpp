@@ -125,8 +125,7 @@ std::string Elf::buildIdInSegments() {
       return {};
     if (m_file.u32(at) != kSegmentNote)
       continue;
-    const std::string id =
-        buildIdIn(word(at + by(4, 8)), word(at + by(16, 32)), word(at + by(28, 48)));
+    std::string id = buildIdIn(word(at + by(4, 8)), word(at + by(16, 32)), word(at + by(28, 48)));
     if (!id.empty())
       return id;
   }
@@ -141,7 +140,7 @@ std::string Elf::buildIdInSections() {
     const Section note = section(i);
     if (note.type != kSectionNote)
       continue;
-    const std::string id = buildIdIn(note.offset, note.size, word(at + by(32, 48)));
+    std::string id = buildIdIn(note.offset, note.size, word(at + by(32, 48)));
     if (!id.empty())
       return id;
   }

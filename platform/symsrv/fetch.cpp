@@ -81,7 +81,7 @@ FetchResult fetch(ITransport& transport,
     if (!sink.clear())
       return {Kind::kSinkFull, 0, "cannot be written"};
     HopWatcher watcher(settings.limits, progress, sink);
-    const FetchResult result = tryOnce(watcher, transport, *url, settings);
+    FetchResult result = tryOnce(watcher, transport, *url, settings);
     if (result.kind != Kind::kTrouble || !watcher.isBusy() || tries >= settings.limits.tries)
       return result;
     const milliseconds time = pauseBefore(tries, settings.limits, watcher.retryAfter());

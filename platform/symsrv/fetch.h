@@ -38,9 +38,9 @@ class IFetchSink : public IByteSink {
   ~IFetchSink() = default;
 };
 
-/// `url` may have credentials. Exceptions of the caller's progress object pass through.
+/// `address` may have credentials. Exceptions of the caller's progress object pass through.
 FetchResult fetch(ITransport& transport,
-                  const std::string& url,
+                  const std::string& address,
                   const Settings& settings,
                   Progress& progress,
                   IFetchSink& sink);

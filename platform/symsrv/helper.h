@@ -52,7 +52,7 @@ class SymSrvHelper final : public Counted<ISymSrvHelper> {
   void addServer(const wchar_t* element) override;
   void clearServers() override;
   QV_2_9::ObjectPtr<ISymbolFileInfo> download(const wchar_t* binaryFile,
-                                              IDownloadProgressCallback* progress) override;
+                                              IDownloadProgressCallback* callback) override;
 
  private:
   void say(const std::string& line) const;

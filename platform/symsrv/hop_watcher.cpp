@@ -11,7 +11,8 @@
 namespace symsrv_1_0::internal {
 namespace {
 
-constexpr std::uint64_t kPassedOver = 64 * 1024;  // bytes of an error page, to keep the connection
+// Bytes of an error page, to keep the connection.
+constexpr std::uint64_t kPassedOver = std::uint64_t{64} << 10;
 
 template <std::size_t N>
 bool isOneOf(int status, const std::array<int, N>& list) {

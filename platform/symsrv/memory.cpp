@@ -43,7 +43,8 @@ std::optional<Miss> readMiss(const Folder& folder, const std::string& name) {
   if (!file || file->size() > kMaxSize)
     return std::nullopt;
   std::string text(static_cast<std::size_t>(file->size()), '\0');
-  const std::size_t end = file->read(0, text.data(), text.size()) ? text.find('\n') : text.npos;
+  const std::size_t end =
+      file->read(0, text.data(), text.size()) ? text.find('\n') : std::string::npos;
   if (end == std::string::npos || text.compare(0, kFirstLine.size(), kFirstLine) != 0)
     return std::nullopt;
   return Miss{std::strtoll(text.c_str() + kFirstLine.size(), nullptr, 10),

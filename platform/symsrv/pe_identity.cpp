@@ -163,7 +163,8 @@ std::optional<CodeView> readCodeView(IByteSource& source, const Headers& headers
     return std::nullopt;
   const std::uint32_t count = std::min(size / kDebugEntrySize, kMaxDebugEntries);
   for (std::uint32_t i = 0; i < count; ++i)
-    if (std::optional<CodeView> record = readEntry(source, *start + kDebugEntrySize * i))
+    if (std::optional<CodeView> record =
+            readEntry(source, *start + std::uint64_t{kDebugEntrySize} * i))
       return record;
   return std::nullopt;
 }

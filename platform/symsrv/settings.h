@@ -12,7 +12,7 @@ struct Limits {
   std::chrono::milliseconds connect{10000};
   std::chrono::milliseconds firstByte{30000};   ///< From the connection to the answer.
   std::chrono::milliseconds slowWindow{30000};  ///< In which at least `slowBytes` must come.
-  std::uint64_t slowBytes = 30 * 1024;
+  std::uint64_t slowBytes = std::uint64_t{30} << 10;
   std::chrono::milliseconds total{0};  ///< Of one request; 0: none.
   std::uint64_t bytes = std::uint64_t{4} << 30;
   int redirects = 5;

@@ -179,7 +179,7 @@ class CurlTransport final : public ITransport {
     std::unique_ptr<Connections> connections = take();
     if (!connections->multi || !connections->easy)
       return {HopOutcome::kUnreachable, "not enough memory"};
-    const HopResult result = Hop(*connections, sink).run(request);
+    HopResult result = Hop(*connections, sink).run(request);
     const std::lock_guard guard(m_lock);
     m_idle.push_back(std::move(connections));
     return result;

@@ -62,7 +62,7 @@ std::array<std::uint32_t, 256> crcTable() {
 
 std::optional<std::uint32_t> crcOf(IByteSource& file) {
   static const std::array<std::uint32_t, 256> kTable = crcTable();
-  std::vector<unsigned char> buffer(64 * 1024);
+  std::vector<unsigned char> buffer(std::size_t{64} << 10);
   std::uint32_t crc = 0xFFFFFFFF;
   for (std::uint64_t at = 0; at < file.size();) {
     const std::size_t count =

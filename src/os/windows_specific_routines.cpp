@@ -80,7 +80,9 @@ class Offers final {
     for (std::wstring below = m_name.substr(device.size()); !below.empty();
          below = dropFirstDirectory(below.c_str())) {
       const wchar_t* const separator = below.front() == L'\\' ? L"" : L"\\";
-      if (offer(drive + separator + below))
+      std::wstring path = drive;
+      path.append(separator).append(below);
+      if (offer(path))
         return true;
     }
     return false;
