@@ -21,24 +21,28 @@ enum ExitStatus : int {
   kExitInterrupted = 130,  ///< Ctrl-C stopped a download; as shells have it.
 };
 
-struct FindOptions {
-  QV_2_9::search_category_t category = QV_2_9::scBinaryFiles;
-  std::wstring name;
+/// Where to look, whatever is looked for.
+struct SearchPlaces {
   std::vector<SearchDirectory> directories;
   std::vector<std::wstring> archives;
   std::vector<std::wstring> results;  ///< Result directories, the nearest first.
   bool isArchivingFound = false;
+  std::optional<std::wstring> symbolPath;  ///< Instead of the variable's.
+  bool isWithoutServers = false;
+  std::optional<std::int32_t> serverSeconds;  ///< For one request.
+  std::optional<std::int32_t> osType;
+};
+
+struct FindOptions : SearchPlaces {
+  QV_2_9::search_category_t category = QV_2_9::scBinaryFiles;
+  std::wstring name;
   std::optional<std::wstring> binary;
   // At most one check: the MD5, the time and the size, or the reference file.
   std::optional<std::wstring> md5;
   std::optional<std::int64_t> modificationTime;
   std::optional<std::int64_t> size;
   std::optional<std::wstring> notNewerThan;
-  std::optional<std::wstring> symbolPath;  ///< Instead of the variable's.
-  bool isWithoutServers = false;
-  std::optional<std::int32_t> serverSeconds;  ///< For one request.
   std::optional<std::wstring> suggestion;
-  std::optional<std::int32_t> osType;
   bool isAll = false;
   bool isJson = false;
   bool isVerbose = false;

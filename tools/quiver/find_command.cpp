@@ -7,7 +7,7 @@
 namespace quiver_tool {
 
 Answer runFind(const FindOptions& options) {
-  applySymbolOptions(options);
+  applySymbolOptions(options, options.isVerbose && options.category == QV_2_9::scSymbolFiles);
   const Outcome outcome = lookUp(options);
   if (outcome.isInterrupted)
     return {kExitInterrupted, "", "quiver: stopped while a symbol file was downloaded\n"};

@@ -39,16 +39,16 @@ std::wstring withoutServers(const std::wstring& symbolPath) {
   return kept;
 }
 
-void applySymbolOptions(const FindOptions& options) {
+void applySymbolOptions(const SearchPlaces& places, bool isVerbose) {
   std::wstring path =
-      options.symbolPath.value_or(environmentVariable(kSymbolPath).value_or(std::wstring()));
-  if (options.isWithoutServers)
+      places.symbolPath.value_or(environmentVariable(kSymbolPath).value_or(std::wstring()));
+  if (places.isWithoutServers)
     path = withoutServers(path);
-  if (options.symbolPath || options.isWithoutServers)
+  if (places.symbolPath || places.isWithoutServers)
     setEnvironmentVariable(kSymbolPath, path);
-  if (options.serverSeconds)
-    setEnvironmentVariable("QUIVER_SYMBOL_TIMEOUT", std::to_wstring(*options.serverSeconds));
-  if (options.isVerbose && options.category == QV_2_9::scSymbolFiles)
+  if (places.serverSeconds)
+    setEnvironmentVariable("QUIVER_SYMBOL_TIMEOUT", std::to_wstring(*places.serverSeconds));
+  if (isVerbose)
     setEnvironmentVariable("QUIVER_SYMBOL_LOG", L"1");
 }
 

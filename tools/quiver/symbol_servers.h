@@ -16,6 +16,6 @@ std::wstring withoutServers(const std::wstring& symbolPath);
 
 /// Sets the variables of this process by which the library knows the symbol path and the limits of
 /// servers. Call it before the first lookup.
-void applySymbolOptions(const FindOptions& options);
+void applySymbolOptions(const SearchPlaces& places, bool isVerbose);
 
 }  // namespace quiver_tool
