@@ -31,6 +31,17 @@ class File final {
   int m_status = 0;
 };
 
+/// What opening a file for reading comes to.
+enum class Readability {
+  kMissing,  ///< Nothing bears the name.
+  kDirectory,
+  kUnreadable,  ///< Also what is neither a file nor a directory.
+  kReadable,
+};
+
+/// Looks once, and opens nothing but a regular file.
+Readability readability(const Filename& filename);
+
 /// Makes a regular file that exists writable when `writable` is true. Nothing is created, nothing
 /// truncated, and nothing reported: who writes afterwards sees whether it worked.
 class FileModifiable final {

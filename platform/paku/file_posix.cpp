@@ -56,6 +56,19 @@ String File::md5checksum() {
   return md5.finish();
 }
 
+Readability readability(const Filename& filename) {
+  std::string path;
+  if (!internal::nativePath(filename.text().text(), path))
+    return Readability::kMissing;
+  internal::FileDescriptor file;
+  struct stat status {};
+  if (internal::openRegularFile(path, file, status) == 0)
+    return Readability::kReadable;
+  if (S_ISDIR(status.st_mode))
+    return Readability::kDirectory;
+  return status.st_mode == 0 ? Readability::kMissing : Readability::kUnreadable;
+}
+
 FileModifiable::FileModifiable(const Filename& filename, bool writable) {
   std::string path;
   struct stat status {};

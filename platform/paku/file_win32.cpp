@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "paku/file.h"
+#include "paku/file_status_win32.h"
 #include "paku/md5.h"
 #include "paku/native_path_win32.h"
 #include "paku/no_dialogs_win32.h"
@@ -57,6 +58,18 @@ String File::md5checksum() {
       return md5.finish();
     md5.add(buffer.data(), count);
   }
+}
+
+Readability readability(const Filename& filename) {
+  std::wstring path;
+  WIN32_FILE_ATTRIBUTE_DATA status = {};
+  if (!internal::nativePath(filename.text().text(), path) || internal::statusOf(path, status) != 0)
+    return Readability::kMissing;
+  if (internal::isDirectory(status))
+    return Readability::kDirectory;
+  internal::FileHandle file;
+  return internal::openRegularFile(path, file) == 0 ? Readability::kReadable
+                                                    : Readability::kUnreadable;
 }
 
 FileModifiable::FileModifiable(const Filename& filename, bool writable) {

@@ -9,7 +9,8 @@
 
 namespace PAKU_3_1::internal {
 
-/// Opens a regular file for reading. Returns 0 and fills `file` and `status`, or an errno value.
+/// Opens a regular file for reading. Returns 0 and fills `file`, or an errno value. `status` is
+/// filled when something bears the name.
 /// Special files are not opened at all: that alone can act on a device or wake a writer.
 int openRegularFile(const std::string& path, FileDescriptor& file, struct stat& status);
 

@@ -159,8 +159,7 @@ std::wstring getEnvironmentVariable(const wchar_t* name) {
 }
 
 bool isReadable(const wchar_t* path) {
-  PAKU_3_1::File file(filenameOf(path));
-  return file.lastOpStatus() == 0;
+  return PAKU_3_1::readability(filenameOf(path)) == PAKU_3_1::Readability::kReadable;
 }
 
 namespace internal {
@@ -171,6 +170,11 @@ std::size_t hashIgnoreCase(const wchar_t* text) {
   for (const wchar_t* letter = orEmpty(text); *letter; ++letter)
     hash = (hash ^ static_cast<std::uint64_t>(lowerCaseOf(*letter))) * 1099511628211u;
   return static_cast<std::size_t>(hash ^ (hash >> 32));
+}
+
+bool exists(const wchar_t* path) {
+  FileInfo info;
+  return PAKU_3_1::fileInfo(filenameOf(path), 0, info) == 0;
 }
 
 bool fileStatus(const wchar_t* path, FileStatus& status) {

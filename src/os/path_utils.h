@@ -86,6 +86,9 @@ struct FileStatus {
       0;  ///< The low 32 bits of the size, sign-extended. Intended: recorded sizes are.
 };
 
+/// Returns true when something bears the name, links being followed.
+bool exists(const wchar_t* path);
+
 /// Returns false, and an all-zero status, for a path that cannot be examined. Trailing separators
 /// are ignored.
 bool fileStatus(const wchar_t* path, FileStatus& status);

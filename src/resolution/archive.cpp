@@ -37,11 +37,6 @@ bool enterFolder(std::wstring& dir, const wchar_t* name) {
   return true;
 }
 
-bool exists(const std::wstring& path) {
-  PAKU_3_1::FileInfo info;
-  return PAKU_3_1::fileInfo(PAKU_3_1::Filename(path), 0, info) == 0;
-}
-
 bool copyTo(const wchar_t* file, const std::wstring& target) {
   PAKU_3_1::FileModifiable(PAKU_3_1::Filename(target), true);
   return PAKU_3_1::copyFile(absoluteFilename(file), absoluteFilename(target.c_str()), true) == 0;
@@ -68,7 +63,7 @@ archive_result_t archiveInto(const wchar_t* archiveDir,
     return arCannotCreateDirectory;
 
   const std::wstring target = joinPath(dir.c_str(), name.c_str());
-  if (exists(target))
+  if (exists(target.c_str()))
     return arAlreadyArchived;
   return copyTo(file, target) ? arArchived : arCopyFailed;
 }

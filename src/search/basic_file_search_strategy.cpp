@@ -67,7 +67,7 @@ void BasicFileSearchStrategy::searchDirs(search_step_t step,
                                          ISearchResultsContainer& results) {
   if (!m_searchEnv)
     return;
-  const std::wstring name = searchName(m_fileName.c_str());
+  const std::wstring& name = nameInDirectories();
   for (const search_category_t category : {getCategory(), scAllFiles}) {
     const ObjectPtr<ISearchDirIterator> dirs = m_searchEnv->getSearchDirs(category);
     FilesFinder finder(this);
@@ -80,6 +80,12 @@ void BasicFileSearchStrategy::searchDirs(search_step_t step,
       finder.find(name.c_str(), results, internal::stepValue(step, trees));
     }
   }
+}
+
+const std::wstring& BasicFileSearchStrategy::nameInDirectories() {
+  if (m_nameInDirectories.empty())
+    m_nameInDirectories = searchName(m_fileName.c_str());
+  return m_nameInDirectories;
 }
 
 bool BasicFileSearchStrategy::lookupAbsoluteName(ISearchResultsContainer& results) {
@@ -97,7 +103,9 @@ void BasicFileSearchStrategy::searchSystemDirs(ISearchResultsContainer& results)
 
 void BasicFileSearchStrategy::walkAroundBinary(const std::wstring& binaryFile,
                                                ISearchResultsContainer& results) {
-  const std::wstring name = searchName(m_fileName.c_str());
+  if (binaryFile.empty())
+    return;
+  const std::wstring& name = nameInDirectories();
   for (std::wstring dir = directoryOf(binaryFile.c_str()); !dir.empty();
        dir = parentDirectory(dir.c_str())) {
     FilesFinder finder(this);

@@ -48,9 +48,11 @@ class BasicFileSearchStrategy : public IFileSearchStrategy, public ISearchPathFi
 
  private:
   void searchDirs(search_step_t step, bool highPriority, ISearchResultsContainer& results);
+  const std::wstring& nameInDirectories();
 
   ISearchEnv* m_searchEnv;
   std::wstring m_fileName;
+  std::wstring m_nameInDirectories;  // empty until it is needed
 };
 
 /// Supplies what a category's `Ops` say; the named strategies add what is truly theirs.

@@ -4,24 +4,12 @@
 
 #include <iterator>
 
-#include "paku/file_info.h"
-#include "paku/filename.h"
-
 #include "core/trace.h"
 #include "os/path_utils.h"
 #include "search/search_step.h"
 #include "search/trace_lines.h"
 
 namespace QV_2_9 {
-
-namespace {
-
-bool exists(const wchar_t* path) {
-  PAKU_3_1::FileInfo info;
-  return PAKU_3_1::fileInfo(PAKU_3_1::Filename(PAKU_3_1::String(path), 0, false), 0, info) == 0;
-}
-
-}  // namespace
 
 std::size_t FoundFilesLazyIterator::HashIgnoreCase::operator()(const wchar_t* path) const {
   return internal::hashIgnoreCase(path);
@@ -86,7 +74,7 @@ void FoundFilesLazyIterator::runStep() {
 
 bool FoundFilesLazyIterator::addFoundFile(const wchar_t* path, std::uint32_t step, bool& stop) {
   stop = false;
-  if (!path || !exists(path))
+  if (!path || !internal::exists(path))
     return false;
   // Validation comes before the duplicate tests: a duplicate is one of a list, and only the verdict
   // says which. A file may thus stand in both lists.

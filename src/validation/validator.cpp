@@ -2,7 +2,7 @@
 
 #include "validation/validator.h"
 
-#include "paku/file_info.h"
+#include "paku/file.h"
 #include "paku/filename.h"
 
 #include "os/path_utils.h"
@@ -15,15 +15,10 @@
 namespace QV_2_9 {
 namespace {
 
-bool exists(const wchar_t* path) {
-  PAKU_3_1::FileInfo info;
-  const PAKU_3_1::Filename filename(PAKU_3_1::String(path), 0, false);
-  return PAKU_3_1::fileInfo(filename, 0, info) == 0;
-}
+using PAKU_3_1::Readability;
 
-bool isDirectory(const wchar_t* path) {
-  internal::FileStatus status;
-  return internal::fileStatus(path, status) && status.isDirectory;
+Readability readability(const wchar_t* path) {
+  return PAKU_3_1::readability(PAKU_3_1::Filename(PAKU_3_1::String(path), 0, false));
 }
 
 template <class Message>
@@ -76,13 +71,16 @@ Validator::ValidatorCallbackDecorator::ValidatorCallbackDecorator(IValidatorCall
 
 validation_result_t Validator::ValidatorCallbackDecorator::validate(
     const wchar_t* path, IErrorInfoContainer& errorInfo) {
-  if (!exists(path))
-    return reject(errorInfo, m_doesNotExistMessage, internal::kFileDoesNotExistKey);
-  // Before the file is opened: opening a directory succeeds on some systems.
-  if (isDirectory(path))
-    return reject(errorInfo, m_isDirectoryMessage, internal::kFileIsDirectoryKey);
-  if (!isReadable(path))
-    return reject(errorInfo, m_isNotReadableMessage, internal::kCantOpenFileKey);
+  switch (readability(path)) {
+    case Readability::kMissing:
+      return reject(errorInfo, m_doesNotExistMessage, internal::kFileDoesNotExistKey);
+    case Readability::kDirectory:
+      return reject(errorInfo, m_isDirectoryMessage, internal::kFileIsDirectoryKey);
+    case Readability::kUnreadable:
+      return reject(errorInfo, m_isNotReadableMessage, internal::kCantOpenFileKey);
+    case Readability::kReadable:
+      break;
+  }
   return m_check ? m_check->validate(path, errorInfo) : vrUndecided;
 }
 
