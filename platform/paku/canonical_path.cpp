@@ -29,6 +29,21 @@ std::wstring canonicalRoot(std::wstring_view text, PathStyle style) {
   return root + L'\\';
 }
 
+/// True for an absolute path with nothing to take out of it, as most are. Such paths of the other
+/// style are told by nothing so simple.
+bool isPlainlyCanonical(std::wstring_view text, PathStyle style) {
+  if (style != PathStyle::kPosix || text.size() < 2 || text.front() != L'/')
+    return false;
+  for (std::size_t begin = 1; begin <= text.size();) {
+    const std::size_t end = std::min(text.find(L'/', begin), text.size());
+    const std::wstring_view component = text.substr(begin, end - begin);
+    if (component.empty() || component == L"." || component == L"..")
+      return false;
+    begin = end + 1;
+  }
+  return true;
+}
+
 class CanonicalPath final {
  public:
   CanonicalPath(std::wstring_view text, PathStyle style, const LinkReader& readLink)
@@ -114,7 +129,9 @@ class CanonicalPath final {
 }  // namespace
 
 std::wstring canonicalPath(std::wstring_view text, PathStyle style, const LinkReader& readLink) {
-  return text.empty() ? std::wstring() : CanonicalPath(text, style, readLink).build();
+  if (text.empty() || isPlainlyCanonical(text, style))
+    return std::wstring(text);
+  return CanonicalPath(text, style, readLink).build();
 }
 
 }  // namespace PAKU_3_1::internal

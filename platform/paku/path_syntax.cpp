@@ -97,6 +97,8 @@ std::wstring directoryText(std::wstring_view text, PathStyle style, bool isDirec
 
 std::vector<std::wstring> componentsBelowRoot(std::wstring_view text, PathStyle style) {
   std::vector<std::wstring> components;
+  components.reserve(2 + static_cast<std::size_t>(std::ranges::count_if(
+                             text, [&](wchar_t c) { return isSeparator(c, style); })));
   std::size_t start = skipSeparators(text, rootLength(text, style), style);
   while (start < text.size()) {
     const std::size_t end = componentEnd(text, start, style);

@@ -13,14 +13,16 @@ namespace {
 std::vector<std::wstring> tidyComponents(std::wstring_view name, PathStyle style) {
   if (fileNameStart(name, style, false) == name.size())
     return {};
-  std::vector<std::wstring> tidy;
-  for (std::wstring& component : componentsBelowRoot(name, style)) {
-    if (component != L"." && component != L"..")
-      tidy.push_back(std::move(component));
-    else if (component == L".." && !tidy.empty())
-      tidy.pop_back();
+  std::vector<std::wstring> components = componentsBelowRoot(name, style);
+  std::size_t kept = 0;
+  for (std::wstring& component : components) {
+    if (component == L"..")
+      kept -= kept > 0 ? 1 : 0;
+    else if (component != L"." && &component != &components[kept++])
+      components[kept - 1] = std::move(component);
   }
-  return tidy;
+  components.resize(kept);
+  return components;
 }
 
 bool hasBackslash(const std::wstring& text) {
@@ -39,6 +41,7 @@ SearchName::SearchName(std::wstring_view name, PathStyle systemStyle) {
   }
   m_components = tidyComponents(name, style);
 
+  m_tails.reserve(m_asWritten.size() + m_components.size());
   // Tails without a backslash are the same in both readings.
   for (Tail tail = m_asWritten; std::ranges::any_of(tail, hasBackslash); tail = tail.subspan(1))
     m_tails.push_back(tail);

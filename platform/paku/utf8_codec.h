@@ -49,8 +49,11 @@ void appendUnits(std::basic_string<Unit>& text, std::uint32_t codePoint) {
 
 template <class Unit>
 std::basic_string<Unit> decodeUtf8(std::string_view bytes) {
-  std::basic_string<Unit> text;
+  std::size_t plain = 0;  // most texts are nothing else
+  while (plain < bytes.size() && static_cast<unsigned char>(bytes[plain]) < 0x80) ++plain;
+  std::basic_string<Unit> text(bytes.begin(), bytes.begin() + plain);
   text.reserve(bytes.size());
+  bytes.remove_prefix(plain);
   while (!bytes.empty()) {
     const Utf8Step step = firstCharacter(bytes);
     appendUnits(text, step.value);
@@ -66,8 +69,12 @@ bool encodeUtf8(std::basic_string_view<Unit> text, std::string& bytes) {
   const auto unitAt = [&](std::size_t i) {
     return static_cast<std::uint32_t>(static_cast<std::make_unsigned_t<Unit>>(text[i]));
   };
-  bytes.clear();
-  for (std::size_t i = 0; i < text.size(); ++i) {
+  bytes.resize(text.size());
+  std::size_t plain = 0;  // most texts are nothing else
+  for (; plain < text.size() && unitAt(plain) < 0x80; ++plain)
+    bytes[plain] = static_cast<char>(text[plain]);
+  bytes.resize(plain);
+  for (std::size_t i = plain; i < text.size(); ++i) {
     const std::uint32_t unit = unitAt(i);
     const bool isPair =
         isHighSurrogate(unit) && i + 1 < text.size() && isLowSurrogate(unitAt(i + 1));
