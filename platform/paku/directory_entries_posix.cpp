@@ -2,9 +2,12 @@
 
 #include "paku/directory_entries_posix.h"
 
+#include <algorithm>
 #include <climits>
 #include <fcntl.h>
 #include <sys/stat.h>
+
+#include "paku/name_table_posix.h"
 
 namespace PAKU_3_1::internal {
 namespace {
@@ -52,6 +55,26 @@ EntryKind kindBelow(int start, std::string_view below) {
   if (place.directory == -1 || fstatat(place.directory, place.path.c_str(), &status, 0) != 0)
     return EntryKind::kNothing;
   return S_ISDIR(status.st_mode) ? EntryKind::kDirectory : EntryKind::kFile;
+}
+
+bool statusBelow(int start, std::string_view below, struct stat& status) {
+  const Place place = reach(start, below);
+  return place.directory != -1 &&
+         fstatat(place.directory, place.path.c_str(), &status, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
+std::vector<std::string> entriesCalled(int start, std::string_view below, const std::string& name) {
+  const FileDescriptor fd = openDirectoryBelow(start, below, true);
+  const auto isCalled = [&](std::string_view entry) {
+    return std::ranges::equal(entry, name, {}, foldCase, foldCase);
+  };
+  std::vector<std::string> found;
+  forEachEntry(fd.get(), [&](std::string_view entry, unsigned char) {
+    if (isCalled(entry))
+      found.emplace_back(entry);
+  });
+  std::ranges::sort(found);
+  return found;
 }
 
 }  // namespace PAKU_3_1::internal

@@ -6,7 +6,9 @@
 #include <dirent.h>
 #include <string>
 #include <string_view>
+#include <sys/stat.h>
 #include <sys/types.h>
+#include <vector>
 
 #include "paku/directory_tree.h"
 #include "paku/file_descriptor_posix.h"
@@ -20,15 +22,24 @@ FileDescriptor openDirectoryBelow(int start, std::string_view below, bool follow
 /// Returns what `below` leads to from `start`, links being followed.
 EntryKind kindBelow(int start, std::string_view below);
 
+/// Fills in what the system says of `below` itself, also when it is a link. Returns false, with
+/// `errno` set, when there is no such thing.
+bool statusBelow(int start, std::string_view below, struct stat& status);
+
+/// Returns the entries of the directory `below` under `start` that differ from `name` in letter
+/// case at most, in ascending order.
+std::vector<std::string> entriesCalled(int start, std::string_view below, const std::string& name);
+
 /// Calls `use(name, type)` for each entry of an open directory, "." and ".." left out; `type` is
-/// the DT_ value that the file system gives. What can no longer be read is left out.
+/// the DT_ value that the file system gives. Returns false, with `errno` set, for a directory that
+/// cannot be read to its end.
 template <class Use>
-void forEachEntry(int fd, const Use& use) {
+bool forEachEntry(int fd, const Use& use) {
   alignas(dirent64) char buffer[32 * 1024];
   for (;;) {
     const ssize_t filled = getdents64(fd, buffer, sizeof buffer);
     if (filled <= 0)
-      return;
+      return filled == 0;
     for (ssize_t at = 0; at < filled;) {
       const auto* entry = reinterpret_cast<const dirent64*>(buffer + at);
       const std::string_view name(entry->d_name);

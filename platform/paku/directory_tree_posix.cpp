@@ -12,6 +12,7 @@
 #include "paku/directory_tree.h"
 #include "paku/name_table_posix.h"
 #include "paku/native_path_posix.h"
+#include "paku/open_ancestors_posix.h"
 #include "paku/text_encoding.h"
 
 namespace PAKU_3_1::internal {
@@ -49,16 +50,10 @@ class OpenDirectory final : public MatchDirectory {
   std::vector<std::wstring> spellings(const std::wstring& below,
                                       const std::wstring& name) const override {
     std::string path;
-    if (!nativePath(below, path))
+    std::string bytes;
+    if (!nativePath(below, path) || !nativePath(name, bytes))
       return {};
-    const FileDescriptor fd = openDirectoryBelow(m_fd, path, true);
-    const NameTable table({name});
-    std::vector<std::string> found;
-    forEachEntry(fd.get(), [&](std::string_view entry, unsigned char) {
-      if (table.find(entry))
-        found.emplace_back(entry);
-    });
-    std::ranges::sort(found);
+    const std::vector<std::string> found = entriesCalled(m_fd, path, bytes);
     std::vector<std::wstring> texts;
     std::ranges::transform(found, std::back_inserter(texts), decode);
     return texts;
@@ -67,33 +62,6 @@ class OpenDirectory final : public MatchDirectory {
  private:
   const int m_fd;
   const std::string& m_path;
-};
-
-/// The innermost of the directories on the way to the one at hand. A few levels are enough to open
-/// most directories by their name alone; trees may be deeper than a process may have files open.
-class OpenAncestors final {
- public:
-  explicit OpenAncestors(int start) : m_start(start) {}
-
-  /// Opens the directory `below`, which is `level` levels down, for reading. Every directory that
-  /// is opened after another lies in it, or beside it, or in one that was opened before.
-  int open(std::string_view below, std::size_t level) {
-    m_levels.resize(level);
-    const int parent = level ? m_levels[level - 1].get() : -1;
-    const std::size_t slash = below.rfind('/');
-    const std::string_view name = slash == std::string_view::npos ? below : below.substr(slash + 1);
-    m_levels.push_back(parent == -1 ? openDirectoryBelow(m_start, below, false)
-                                    : openDirectoryBelow(parent, name, false));
-    if (level >= kKept)
-      m_levels[level - kKept] = FileDescriptor();
-    return m_levels[level].get();
-  }
-
- private:
-  static constexpr std::size_t kKept = 16;
-
-  const int m_start;
-  std::vector<FileDescriptor> m_levels;
 };
 
 /// Directories that are still to be read wait on a stack, as paths, so that nothing recurses.

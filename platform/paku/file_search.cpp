@@ -6,12 +6,16 @@
 #include <optional>
 #include <string>
 #include <unordered_set>
+#include <vector>
 
 #include "paku/path_syntax.h"
 #include "paku/search_name.h"
+#include "paku/tree_index.h"
 #include "paku/tree_search.h"
 
 namespace PAKU_3_1 {
+
+using Answer = internal::TreeIndex::Answer;
 
 void FileSearch::addSearchDirectory(const Filename& directory, int depth, int /*reserved*/) {
   if (!directory.isEmpty())
@@ -25,23 +29,30 @@ void FileSearch::clearSearchDirectories() {
 void FileSearch::find(const String& name, IFileScanCallback& callback) const {
   const PathStyle style = internal::systemPathStyle();
   std::optional<internal::SearchName> sought;  // taken apart once there is a place to look
+  const auto tails = [&]() -> const std::vector<internal::Tail>& {
+    if (!sought)
+      sought.emplace(name.text(), style);
+    return sought->tails();
+  };
+  internal::TreeIndex index(tails);
   std::unordered_set<std::wstring> reported;
   const std::vector<SearchDirectory> directories = m_directories;  // the callback may change them
   for (auto it = directories.begin(); it != directories.end(); ++it) {
     if (std::find(directories.begin(), it, *it) != it)
       continue;  // a second time it has nothing new to report
-    const internal::DirectoryTree tree(it->path);
-    if (!tree.isOpen())
-      continue;
-    if (!sought)
-      sought.emplace(name.text(), style);
-    if (sought->tails().empty())
-      return;
     const internal::FoundBelow found = [&](const std::wstring& below) {
       const auto [path, isNew] = reported.insert(internal::pathUnder(it->path, style, below));
       return !isNew || callback.onFileFound(*path);
     };
-    if (!internal::TreeSearch(tree, sought->tails(), found).run(it->depth))
+    const Answer answer = index.search(it->path, it->depth, found);
+    if (answer == Answer::kEnded)
+      return;
+    if (answer == Answer::kAll)
+      continue;
+    const internal::DirectoryTree tree(it->path);
+    if (!tree.isOpen())
+      continue;
+    if (tails().empty() || !internal::TreeSearch(tree, tails(), found).run(it->depth))
       return;
   }
 }

@@ -1,0 +1,100 @@
+// The indexes of the process, and which of them are kept.
+//
+// Each tree has a lock of its own, held while its index is built, brought up to date or read; the
+// registry's lock guards the list of trees alone and is never held while waiting for a tree's.
+// A child that a fork made begins without indexes: its parent's belong to its parent.
+
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <list>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <sys/types.h>
+#include <unordered_map>
+#include <vector>
+
+#include "paku/tail_matches_posix.h"
+#include "paku/watched_directories_posix.h"
+
+namespace PAKU_3_1::internal {
+
+/// What all indexes take and have done, for benchmarks and tests.
+struct IndexCounts {
+  std::size_t trees = 0;
+  std::size_t entries = 0;
+  std::size_t bytes = 0;
+  std::size_t built = 0;    ///< Since the process began, as are those below.
+  std::size_t dropped = 0;  ///< No longer to be trusted.
+  std::size_t answered = 0;
+};
+
+class TreeRegistry final {
+ public:
+  using Matches = std::vector<std::vector<TailMatch>>;
+  using Opener = WatchedDirectories::Opener;
+
+  TreeRegistry() = default;
+  TreeRegistry(const TreeRegistry&) = delete;
+  TreeRegistry& operator=(const TreeRegistry&) = delete;
+
+  /// Returns the registry of this process.
+  static TreeRegistry& instance();
+
+  /// Returns the matches in the directory with this identity, which `open` opens. Nothing when it
+  /// has to be walked.
+  std::optional<Matches> matches(const FileIdentity& identity,
+                                 int depth,
+                                 const SoughtTails& tails,
+                                 const Opener& open);
+
+  /// Drops all indexes.
+  void clear();
+  IndexCounts counts();
+
+ private:
+  /// One tree, or all directories that are searched alone.
+  struct Tree {
+    std::mutex lock;  // guards what follows up to the next comment
+    std::unique_ptr<WatchedDirectories> known;
+    uid_t user = 0;  // whose rights the index was read with
+    unsigned scans = 0;
+    unsigned scansBefore = 1;  // as many walks come before the next index
+    unsigned uses = 0;
+    std::unordered_map<FileIdentity, unsigned, FileIdentityHash> seenAlone;
+    // Read without the lock.
+    std::atomic<std::size_t> bytes = 0;
+    std::atomic<std::size_t> entries = 0;
+  };
+  struct Listed {
+    FileIdentity identity;
+    std::shared_ptr<Tree> tree;
+  };
+
+  std::shared_ptr<Tree> treeOf(const FileIdentity& identity, bool isToBeListed);
+  std::optional<Matches> inTree(Tree& tree,
+                                bool isWhole,
+                                const FileIdentity& identity,
+                                int depth,
+                                const SoughtTails& tails,
+                                const Opener& open);
+  bool prepare(Tree& tree, bool isWhole, const FileIdentity& identity, const Opener& open);
+  bool isDue(Tree& tree, bool isWhole, const FileIdentity& identity) const;
+  bool build(Tree& tree, bool isWhole, const FileIdentity& identity, const Opener& open);
+  void drop(Tree& tree);
+  void count(Tree& tree);
+  void makeRoom(const Tree& used, std::size_t maxBytes);
+  bool forgetOldest(const Tree& used);
+  std::size_t bytes() const;
+
+  std::mutex m_lock;          // guards m_trees
+  std::list<Listed> m_trees;  // the one used last comes first
+  Tree m_alone;
+  std::atomic<std::size_t> m_built = 0;
+  std::atomic<std::size_t> m_dropped = 0;
+  std::atomic<std::size_t> m_answered = 0;
+};
+
+}  // namespace PAKU_3_1::internal

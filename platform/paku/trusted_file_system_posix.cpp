@@ -1,0 +1,92 @@
+// File systems by their magic numbers; mounts by the kernel's table.
+
+#include "paku/trusted_file_system_posix.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <linux/fs.h>
+#include <linux/magic.h>
+#include <sstream>
+#include <string>
+#include <sys/ioctl.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+
+namespace PAKU_3_1::internal {
+namespace {
+
+constexpr unsigned long kXfs = 0x58465342;
+constexpr unsigned long kBcachefs = 0xca451a4e;
+
+// ext2 to ext4 share a number. Directories of an overlay are watched as the overlay shows them, and
+// what lies below an overlay must not change while it is mounted.
+constexpr unsigned long kTrusted[] = {EXT4_SUPER_MAGIC,
+                                      kXfs,
+                                      BTRFS_SUPER_MAGIC,
+                                      F2FS_SUPER_MAGIC,
+                                      kBcachefs,
+                                      TMPFS_MAGIC,
+                                      RAMFS_MAGIC,
+                                      OVERLAYFS_SUPER_MAGIC};
+
+/// The table writes blanks and backslashes as octal numbers.
+std::string unescaped(const std::string& text) {
+  constexpr std::size_t kDigits = 3;
+  std::string plain;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    if (text[i] != '\\' || i + kDigits >= text.size()) {
+      plain += text[i];
+      continue;
+    }
+    plain += static_cast<char>(std::stoi(text.substr(i + 1, kDigits), nullptr, 8));
+    i += kDigits;
+  }
+  return plain;
+}
+
+/// Empty when it is not known.
+std::string pathOf(int directory) {
+  char link[32];
+  std::snprintf(link, sizeof link, "/proc/self/fd/%d", directory);
+  char path[PATH_MAX];
+  const ssize_t length = readlink(link, path, sizeof path);
+  if (length <= 0 || static_cast<std::size_t>(length) == sizeof path || path[0] != '/')
+    return {};
+  return {path, static_cast<std::size_t>(length)};
+}
+
+}  // namespace
+
+bool notifiesOfChanges(int directory) {
+  struct statfs status {};
+  return fstatfs(directory, &status) == 0 &&
+         std::ranges::find(kTrusted, static_cast<unsigned long>(status.f_type)) !=
+             std::end(kTrusted);
+}
+
+bool hasMountBelow(int directory) {
+  const std::string path = pathOf(directory);
+  std::ifstream table("/proc/self/mountinfo");
+  if (path.empty() || !table)
+    return true;
+  const std::string prefix = path == "/" ? path : path + '/';
+  for (std::string line; std::getline(table, line);) {
+    std::istringstream fields(line);
+    std::string number, parent, device, root, point;
+    fields >> number >> parent >> device >> root >> point;
+    if (const std::string plain = unescaped(point); plain != "/" && plain.starts_with(prefix))
+      return true;
+  }
+  return false;
+}
+
+bool ignoresCase(int directory) {
+  int flags = 0;
+  return ioctl(directory, FS_IOC_GETFLAGS, &flags) == 0 && (flags & FS_CASEFOLD_FL) != 0;
+}
+
+}  // namespace PAKU_3_1::internal

@@ -1,0 +1,92 @@
+// An inotify instance, and the table of mounts that the kernel marks when it changes.
+
+#include "paku/watch_queue_posix.h"
+
+#include <atomic>
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <fstream>
+#include <poll.h>
+
+namespace PAKU_3_1::internal {
+namespace {
+
+std::atomic<std::size_t> s_watches{0};
+
+std::size_t halfOfTheSystemsLimit() {
+  std::size_t limit = 0;
+  std::ifstream("/proc/sys/fs/inotify/max_user_watches") >> limit;
+  return limit / 2;
+}
+
+}  // namespace
+
+bool WatchBudget::take() {
+  static const std::size_t limit = halfOfTheSystemsLimit();
+  if (s_watches.fetch_add(1) < limit)
+    return true;
+  s_watches.fetch_sub(1);
+  return false;
+}
+
+void WatchBudget::giveBack(std::size_t count) {
+  s_watches.fetch_sub(count);
+}
+
+std::size_t WatchBudget::used() {
+  return s_watches.load();
+}
+
+WatchQueue::WatchQueue()
+    : m_inotify(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)),
+      m_mounts(open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC)) {}
+
+WatchQueue::~WatchQueue() {
+  WatchBudget::giveBack(m_watches);
+}
+
+int WatchQueue::watch(int directory) {
+  // Through its descriptor: a path may lead elsewhere by now.
+  constexpr std::uint32_t kChanges = IN_CREATE | IN_DELETE | IN_MOVED_FROM | IN_MOVED_TO |
+                                     IN_ATTRIB | IN_DELETE_SELF | IN_ONLYDIR | IN_EXCL_UNLINK;
+  if (!WatchBudget::take())
+    return -1;
+  char path[32];
+  std::snprintf(path, sizeof path, "/proc/self/fd/%d", directory);
+  const int watch = inotify_add_watch(m_inotify.get(), path, kChanges);
+  if (watch > m_newest) {  // numbers are given out in ascending order
+    m_newest = watch;
+    ++m_watches;
+  } else {
+    WatchBudget::giveBack(1);
+  }
+  return watch;
+}
+
+void WatchQueue::unwatch(int watch) {
+  inotify_rm_watch(m_inotify.get(), watch);  // counted when the kernel confirms it
+}
+
+WatchQueue::Pending WatchQueue::pending() const {
+  pollfd polled[] = {{m_inotify.get(), POLLIN, 0}, {m_mounts.get(), POLLPRI, 0}};
+  if (poll(polled, 2, 0) < 0)
+    return {true, true};
+  return {polled[0].revents != 0, polled[1].revents != 0};
+}
+
+std::ptrdiff_t WatchQueue::fill(char* buffer, std::size_t size) const {
+  ssize_t count;
+  do count = ::read(m_inotify.get(), buffer, size);
+  while (count < 0 && errno == EINTR);
+  return count < 0 && errno == EAGAIN ? 0 : count;
+}
+
+void WatchQueue::forget() {
+  if (m_watches > 0) {
+    --m_watches;
+    WatchBudget::giveBack(1);
+  }
+}
+
+}  // namespace PAKU_3_1::internal
