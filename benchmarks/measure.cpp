@@ -1,0 +1,182 @@
+// Figures about lookups that take a process of their own, one per line: a word and a number.
+//
+//   measure index TREE     one walk, building the index, warm lookups, a whole result
+//   measure growth PLACE   searches that yield 1,000 and 100,000 candidates
+//   measure md5 FILE       the checksum of a file
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "paku/file_search.h"
+#include "paku/index_settings.h"
+#include "paku/text_encoding.h"
+#include "paku/tree_registry_posix.h"
+
+#include "measured_search.h"
+
+namespace fs = std::filesystem;
+
+using namespace quiver_benchmark;
+using PAKU_3_1::internal::IndexUse;
+using PAKU_3_1::internal::TreeRegistry;
+
+namespace {
+
+constexpr std::size_t kDefaultMemory = std::size_t{256} << 20;
+constexpr int kRepeats = 7;
+
+void say(const char* word, double value) {
+  std::printf("%s %.6g\n", word, value);
+}
+
+void use(IndexUse use) {
+  TreeRegistry::instance().clear();
+  PAKU_3_1::internal::setIndexSettings({use, kDefaultMemory});
+}
+
+/// Files of a tree in random order, as they were recorded on another machine.
+std::vector<std::wstring> sampleOf(const fs::path& tree, std::size_t count) {
+  std::vector<std::wstring> names;
+  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(tree))
+    if (!entry.is_directory())
+      names.push_back(L"C:\\build\\work\\project" +
+                      entry.path().wstring().substr(tree.wstring().size()));
+  std::shuffle(names.begin(), names.end(), std::mt19937(1));
+  say("files", static_cast<double>(names.size()));
+  names.resize(std::min(names.size(), count));
+  for (std::wstring& name : names) std::replace(name.begin(), name.end(), L'/', L'\\');
+  return names;
+}
+
+void mustFind(QV_2_9::IFileSearch& search, const std::wstring& name) {
+  if (!findSource(search, name))
+    throw std::runtime_error("a file of the tree was not found");
+}
+
+void mustMiss(QV_2_9::IFileSearch& search, const std::wstring& name, const wchar_t* binary = L"") {
+  if (findSource(search, name, binary))
+    throw std::runtime_error("a file that does not exist was found");
+}
+
+std::vector<Microseconds> hits(QV_2_9::IFileSearch& search,
+                               const std::vector<std::wstring>& names) {
+  std::vector<Microseconds> times;
+  for (const std::wstring& name : names) times.push_back(timeOf([&] { mustFind(search, name); }));
+  return times;
+}
+
+std::vector<Microseconds> misses(QV_2_9::IFileSearch& search,
+                                 std::size_t count,
+                                 const wchar_t* binary = L"") {
+  std::vector<Microseconds> times;
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::wstring name = L"C:\\build\\work\\missing_" + std::to_wstring(i) + L".cpp";
+    times.push_back(timeOf([&] { mustMiss(search, name, binary); }));
+  }
+  return times;
+}
+
+/// One scan of a tree for a name that is not there.
+Microseconds scan(const std::wstring& tree) {
+  struct Nothing final : PAKU_3_1::IFileScanCallback {
+    bool onFileFound(const PAKU_3_1::String&) override { return true; }
+  } nothing;
+  PAKU_3_1::FileSearch search;
+  search.addSearchDirectory(PAKU_3_1::Filename(tree), -1, 0);
+  return timeOf([&] { search.find(L"missing", nothing); });
+}
+
+void measureIndex(const fs::path& path) {
+  const std::wstring tree = path.wstring();
+  const std::vector<std::wstring> names = sampleOf(path, 10000);
+
+  std::vector<Microseconds> walks;
+  std::vector<Microseconds> builds;
+  for (int i = 0; i < kRepeats; ++i) {
+    use(IndexUse::kNever);
+    walks.push_back(scan(tree));
+    use(IndexUse::kFromFirstScan);
+    builds.push_back(scan(tree));
+  }
+  say("walk_us", median(walks));
+  say("build_us", median(builds));
+  const PAKU_3_1::internal::IndexCounts counts = TreeRegistry::instance().counts();
+  say("indexed_entries", static_cast<double>(counts.entries));
+  say("index_bytes", static_cast<double>(counts.bytes));
+
+  const QV_2_9::ObjectPtr<QV_2_9::IFileSearch> search = searchIn(tree);
+  hits(*search, names);
+  say("warm_hit_us", median(hits(*search, names)));
+  say("warm_miss_us", median(misses(*search, names.size())));
+  const std::wstring binary = tree + L"/bin/program";
+  misses(*search, 3, binary.c_str());
+  say("warm_miss_around_binary_us", median(misses(*search, names.size(), binary.c_str())));
+
+  use(IndexUse::kFromSecondScan);
+  say("whole_result_us", timeOf([&] { hits(*searchIn(tree), names); }));
+  say("whole_result_sources", static_cast<double>(names.size()));
+}
+
+/// Makes `count` files whose names differ in letter case alone, 16 in each directory.
+void makeCandidates(const fs::path& place, std::size_t count) {
+  for (std::size_t i = 0; i < count; ++i) {
+    std::string name = "candidate.c";
+    for (std::size_t bit = 0; bit < 4; ++bit)
+      if (i >> bit & 1)
+        name[bit] = static_cast<char>(name[bit] - 'a' + 'A');
+    const fs::path directory = place / std::to_string(i / 16);
+    fs::create_directories(directory);
+    std::ofstream(directory / name);
+  }
+}
+
+void measureGrowth(const fs::path& place) {
+  for (const std::size_t count : {1000u, 10000u, 100000u}) {
+    const fs::path tree = place / std::to_string(count);
+    if (!fs::exists(tree))
+      makeCandidates(tree, count);
+    const QV_2_9::ObjectPtr<QV_2_9::IFileSearch> search = searchIn(tree.wstring());
+    for (const IndexUse mode : {IndexUse::kNever, IndexUse::kFromFirstScan}) {
+      use(mode);
+      std::vector<Microseconds> times;
+      for (int i = 0; i < kRepeats; ++i)
+        times.push_back(timeOf([&] { mustFind(*search, L"candidate.c"); }));
+      const std::string word =
+          (mode == IndexUse::kNever ? "walked_" : "warm_") + std::to_string(count) + "_us";
+      say(word.c_str(), median(times));
+    }
+  }
+}
+
+void measureMd5(const fs::path& path) {
+  const QV_2_9::ObjectPtr<QV_2_9::IChecksumCalculator> calculator =
+      QV_2_9::IChecksumCalculator::create();
+  const std::wstring text = path.wstring();
+  QV_2_9::ObjectPtr<QV_2_9::IChecksum> checksum;
+  say("md5_us", timeOf([&] { checksum = calculator->calculate(text.c_str(), QV_2_9::ctMD5); }));
+  say("md5_again_us", timeOf([&] { calculator->calculate(text.c_str(), QV_2_9::ctMD5); }));
+  if (!checksum)
+    throw std::runtime_error("no checksum");
+  std::printf("md5 %ls\n", checksum->getValue());
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::string what = argc == 3 ? argv[1] : "";
+  if (what == "index")
+    measureIndex(argv[2]);
+  else if (what == "growth")
+    measureGrowth(argv[2]);
+  else if (what == "md5")
+    measureMd5(argv[2]);
+  else {
+    std::fputs("usage: measure index|growth|md5 PATH\n", stderr);
+    return 2;
+  }
+}
