@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,6 +10,7 @@
 
 #include "paku/file.h"
 #include "paku/md5.h"
+#include "paku/md5_memo.h"
 #include "paku/native_path_posix.h"
 #include "paku/regular_file_posix.h"
 
@@ -23,6 +25,34 @@ ssize_t readAt(int fd, std::vector<char>& buffer, off_t offset) {
   do count = pread(fd, buffer.data(), buffer.size(), offset);
   while (count < 0 && errno == EINTR);
   return count;
+}
+
+std::int64_t nanoseconds(const timespec& time) {
+  return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+}
+
+std::optional<internal::FileState> stateOf(int fd) {
+  struct stat status {};
+  if (fstat(fd, &status) != 0)
+    return std::nullopt;
+  return internal::FileState{status.st_dev,
+                             status.st_ino,
+                             static_cast<std::uint64_t>(status.st_size),
+                             nanoseconds(status.st_mtim),
+                             nanoseconds(status.st_ctim)};
+}
+
+std::wstring md5Of(int fd) {
+  internal::Md5 md5;
+  std::vector<char> buffer(kChunk);
+  off_t offset = 0;
+  while (const ssize_t count = readAt(fd, buffer, offset)) {
+    if (count < 0)
+      return {};
+    md5.add(buffer.data(), static_cast<std::size_t>(count));
+    offset += count;
+  }
+  return md5.finish();
 }
 
 }  // namespace
@@ -44,16 +74,8 @@ File::~File() {
 String File::md5checksum() {
   if (m_status != 0)
     return {};
-  internal::Md5 md5;
-  std::vector<char> buffer(kChunk);
-  off_t offset = 0;
-  while (const ssize_t count = readAt(static_cast<int>(m_handle), buffer, offset)) {
-    if (count < 0)
-      return {};
-    md5.add(buffer.data(), static_cast<std::size_t>(count));
-    offset += count;
-  }
-  return md5.finish();
+  const int fd = static_cast<int>(m_handle);
+  return internal::rememberedMd5([fd] { return stateOf(fd); }, [fd] { return md5Of(fd); });
 }
 
 Readability readability(const Filename& filename) {
