@@ -11,6 +11,7 @@
 #include "help_texts.h"
 #include "identify_command.h"
 #include "operands.h"
+#include "resolve_command.h"
 #include "text_encoding.h"
 #include "usage_error.h"
 
@@ -48,6 +49,7 @@ class Grammar final {
     for (const search_category_t kind : kKinds) m_commands.push_back(addFindCommand(*m_find, kind));
     m_commands.push_back(addArchiveCommand(m_app));
     m_commands.push_back(addIdentifyCommand(m_app));
+    m_commands.push_back(addResolveCommand(m_app));
   }
 
   Job parse(int argc, const char* const* argv) {

@@ -85,6 +85,8 @@ FindOptions readFindOptions(const FindCommand& command) {
   options.category = command.category;
   options.name = textOf(command.name).value_or(std::wstring());
   readPlaces(command.places, command.category, options);
+  if (options.isArchivingFound && options.results.empty())
+    throw UsageError("--archive-found needs a result directory: --result or --parent");
   options.binary = textOf(command.binary);
   readChecks(command, options);
   options.suggestion = textOf(command.suggestion);

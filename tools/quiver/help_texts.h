@@ -18,8 +18,8 @@ inline constexpr const char* kProgramExamples =
     "  quiver find sym app.debug --binary ~/builds/app\n"
     "  quiver find src /ci/work/lib/parse.c -d ~/checkout --md5 9e107d9d372bb6826bd81d3542a419d6\n"
     "\n"
-    "See 'quiver find --help', 'quiver find sym --help', 'quiver archive --help' and\n"
-    "'quiver identify --help'; the manual is quiver(1).\n";
+    "See 'quiver find --help', 'quiver find sym --help', 'quiver archive --help',\n"
+    "'quiver identify --help' and 'quiver resolve --help'; the manual is quiver(1).\n";
 
 inline constexpr const char* kFindDescription = "Finds a file by its recorded name.";
 
@@ -73,6 +73,26 @@ inline constexpr const char* kIdentifyExamples =
     "      the same GUID and age in both: they were made by one link\n"
     "  quiver identify --json /usr/lib/libparse.so\n"
     "      also where stores keep the symbol file (store_key)\n";
+
+inline constexpr const char* kResolveDescription =
+    "Finds all files of a manifest: the modules, their symbol files, their sources.";
+
+inline constexpr const char* kResolveExamples =
+    "Prints how many files of each kind were found, by which step, and why the others were not.\n"
+    "Ctrl-C stops before the next file; what was done until then is reported.\n"
+    "Exit status: 0 every file was found, 1 one was not, 2 usage or output error or a wrong "
+    "manifest,\n"
+    "130 stopped by Ctrl-C.\n"
+    "\n"
+    "Examples:\n"
+    "  quiver resolve app.json -d ~/checkout,recursive -v\n"
+    "      names the files that are missing, and why\n"
+    "  quiver resolve app.json -d ~/checkout,recursive --learn --report app.html\n"
+    "      learns where the checkout lies from the first source; a page shows every lookup\n"
+    "  quiver resolve app.json --map /ci/work=/home/me/checkout\n"
+    "      files recorded below /ci/work lie below /home/me/checkout\n"
+    "  quiver resolve ~/results/r1 --archive-found\n"
+    "      resolves ~/results/r1/manifest.json and keeps copies with the result\n";
 
 /// Returns the description of `quiver find bin`, `sym` or `src`.
 const char* kindDescription(QV_2_9::search_category_t category);

@@ -5,7 +5,7 @@
 namespace quiver_tool {
 
 /// While it lives, the first Ctrl-C is noted instead of ending the program; a second one ends it.
-/// One at a time.
+/// Watches may be nested, on one thread: what an inner one notes, the outer ones know too.
 class InterruptWatch final {
  public:
   InterruptWatch();
@@ -14,7 +14,7 @@ class InterruptWatch final {
   InterruptWatch(const InterruptWatch&) = delete;
   InterruptWatch& operator=(const InterruptWatch&) = delete;
 
-  /// Returns true when Ctrl-C was pressed since this object was made.
+  /// Returns true when Ctrl-C was pressed since the outermost watch was made.
   static bool isInterrupted();
 };
 

@@ -7,6 +7,7 @@ namespace {
 
 volatile std::sig_atomic_t g_isInterrupted = 0;
 struct sigaction g_former;
+int g_watches = 0;
 
 void note(int) {
   g_isInterrupted = 1;
@@ -15,6 +16,8 @@ void note(int) {
 }  // namespace
 
 InterruptWatch::InterruptWatch() {
+  if (g_watches++ > 0)
+    return;
   g_isInterrupted = 0;
   struct sigaction action = {};
   action.sa_handler = note;
@@ -23,6 +26,8 @@ InterruptWatch::InterruptWatch() {
 }
 
 InterruptWatch::~InterruptWatch() {
+  if (--g_watches > 0)
+    return;
   sigaction(SIGINT, &g_former, nullptr);
 }
 

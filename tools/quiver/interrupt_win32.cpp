@@ -9,6 +9,7 @@ namespace quiver_tool {
 namespace {
 
 std::atomic<bool> g_isInterrupted{false};
+int g_watches = 0;
 
 BOOL WINAPI note(DWORD event) {
   const bool isFirst = event == CTRL_C_EVENT && !g_isInterrupted.exchange(true);
@@ -18,11 +19,15 @@ BOOL WINAPI note(DWORD event) {
 }  // namespace
 
 InterruptWatch::InterruptWatch() {
+  if (g_watches++ > 0)
+    return;
   g_isInterrupted = false;
   SetConsoleCtrlHandler(note, TRUE);
 }
 
 InterruptWatch::~InterruptWatch() {
+  if (--g_watches > 0)
+    return;
   SetConsoleCtrlHandler(note, FALSE);
 }
 

@@ -22,6 +22,8 @@ class ChoosingCallback final : public QV_2_9::IFilesFoundCallback {
   explicit ChoosingCallback(bool isAll) : m_isAll(isAll) {}
 
   ObjectPtr<IValidFile> choice() const { return m_choice; }
+  /// Call it between two lookups.
+  void forgetChoice() { m_choice = nullptr; }
 
   ObjectPtr<IValidFile> onBinFilesFound(const wchar_t*, IValidFileIterator& files) override {
     return choose(files);

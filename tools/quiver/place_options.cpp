@@ -99,8 +99,6 @@ void readPlaces(const PlaceOptions& options, search_category_t sought, SearchPla
     places.results.push_back(*result);
   for (const std::wstring& parent : textsOf(*options.parents)) places.results.push_back(parent);
   places.isArchivingFound = isGiven(options.archiveFound);
-  if (places.isArchivingFound && places.results.empty())
-    throw UsageError("--archive-found needs a result directory: --result or --parent");
   places.symbolPath = textOf(options.symbolPath);
   places.isWithoutServers = isGiven(options.noServers);
   places.serverSeconds = secondsOf(options.timeout);

@@ -62,6 +62,10 @@ void ResultScope::setCallbacks(QV_2_9::IFilesFoundCallback& filesFound,
   m_manager->setNoFilesFoundCallback(nearest(), kKey, &noFilesFound);
 }
 
+void ResultScope::setCallback(QV_2_9::ISearchStartedCallback& searchStarted) {
+  m_manager->setSearchStartedCallback(nearest(), kKey, &searchStarted);
+}
+
 ObjectPtr<ISearchEnv> ResultScope::createSearchEnv(const ObjectPtr<ISearchDirContainer>& archives,
                                                    const ObjectPtr<IEnvironmentInfo>& info) {
   const ObjectPtr<ISearchEnv> env = m_manager->createSearchEnv(nearest(), kKey, info);
@@ -69,6 +73,7 @@ ObjectPtr<ISearchEnv> ResultScope::createSearchEnv(const ObjectPtr<ISearchDirCon
   extended->setSearchDirs(new DirsOf(env, &ISearchEnv::getSearchDirs));
   extended->setArchiveSearchDirs(
       chained(new DirsOf(env, &ISearchEnv::getArchiveSearchDirs), archives));
+  extended->setSearchStartedCallback(env->getSearchStartedCallback());
   extended->setFilesFoundCallback(env->getFilesFoundCallback());
   extended->setNoFilesFoundCallback(env->getNoFilesFoundCallback());
   extended->setEnvironmentInfo(info);

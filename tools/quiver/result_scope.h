@@ -21,6 +21,8 @@ class ResultScope final {
   /// Neither is owned; both must outlive the searches.
   void setCallbacks(QV_2_9::IFilesFoundCallback& filesFound,
                     QV_2_9::INoFilesFoundCallback& noFilesFound);
+  /// Likewise.
+  void setCallback(QV_2_9::ISearchStartedCallback& searchStarted);
 
   /// Returns what the whole chain has; `archives` are searched after its own.
   QV_2_9::ObjectPtr<QV_2_9::ISearchEnv> createSearchEnv(

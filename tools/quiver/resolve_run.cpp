@@ -1,0 +1,139 @@
+#include "resolve_run.h"
+
+#include <cerrno>
+#include <exception>
+#include <fstream>
+#include <system_error>
+
+#include "recorded_manifest.h"
+#include "resolution_json.h"
+#include "resolution_summary.h"
+#include "resolve_progress.h"
+#include "resolve_report.h"
+#include "resolver.h"
+#include "standard_streams.h"
+#include "symbol_servers.h"
+#include "text_encoding.h"
+
+namespace quiver_tool {
+namespace {
+
+constexpr int kIndent = 2;
+
+std::string line(const std::string& text) {
+  return "quiver: " + escapeControls(text) + "\n";
+}
+
+std::string reportComplaint(const std::wstring& path) {
+  const std::string reason = std::generic_category().message(errno);
+  return line("cannot write the report " + toBytes(path) + ": " + reason);
+}
+
+// Asked before the lookups, which may take long. A report that is there keeps its content.
+std::string reportObstacle(const ResolveOptions& options) {
+  if (!options.report)
+    return "";
+  errno = 0;
+  const std::ofstream file(toNativePath(*options.report), std::ios::binary | std::ios::app);
+  return file ? "" : reportComplaint(*options.report);
+}
+
+std::string writeReport(const std::wstring& path, const std::string& page) {
+  errno = 0;
+  std::ofstream file(toNativePath(path), std::ios::binary | std::ios::trunc);
+  file.write(page.data(), static_cast<std::streamsize>(page.size()));
+  file.close();
+  return file ? "" : reportComplaint(path);
+}
+
+Resolution resolveWithProgress(const ResolveOptions& options,
+                               const std::vector<RecordedFile>& files) {
+  const bool isShown = isTerminalForDiagnostics();
+  ResolveProgress progress(isShown ? writeDiagnostics : nullptr);
+  ResolveCounts counts;
+  counts.all = files.size();
+  ResolveWatcher watcher;
+  watcher.beforeFile = [&](const Resolution& resolution, std::size_t next) {
+    counts.done = next;
+    if (next > 0 && resolution.files[next - 1].state == FileState::NotFound)
+      ++counts.missed;
+    progress.show(counts, toBytes(files[next].name));
+  };
+  if (isShown) {
+    watcher.writeDownloads = [&progress](const std::string& bytes) {
+      progress.hide();
+      writeDiagnostics(bytes);
+    };
+  }
+  Resolution resolution = resolveFiles(options, files, watcher);
+  progress.hide();
+  return resolution;
+}
+
+std::string missedLines(const Resolution& resolution) {
+  std::string text;
+  for (const ResolvedFile& file : resolution.files) {
+    if (file.state == FileState::NotFound)
+      text += line(toBytes(file.recorded.name) + ": not found: " + missSentence(file));
+  }
+  return text;
+}
+
+std::string remarks(const ResolveOptions& options, const Resolution& resolution) {
+  std::string text = options.isVerbose ? missedLines(resolution) : "";
+  for (const std::wstring& path : resolution.missingDirectories)
+    text += line(toBytes(path) + ": no such directory");
+  if (resolution.isInterrupted)
+    text += line("stopped; the remaining files were not tried");
+  return text;
+}
+
+int statusOf(const Resolution& resolution) {
+  if (resolution.isInterrupted)
+    return kExitInterrupted;
+  for (const ResolvedFile& file : resolution.files) {
+    if (file.state != FileState::Found)
+      return kExitNotFound;
+  }
+  return kExitFound;
+}
+
+std::string output(const ResolveOptions& options, const Resolution& resolution) {
+  using Json = nlohmann::ordered_json;
+  if (!options.isJson)
+    return summaryText(resolution);
+  return resolutionDocument(resolution, false)
+             .dump(kIndent, ' ', false, Json::error_handler_t::replace) +
+         "\n";
+}
+
+Answer answerTo(const ResolveOptions& options, const Resolution& resolution) {
+  Answer answer{statusOf(resolution), output(options, resolution), remarks(options, resolution)};
+  if (!options.report)
+    return answer;
+  const std::string complaint = writeReport(*options.report, reportPage(resolution));
+  answer.err += complaint;
+  if (!complaint.empty())
+    answer.status = kExitFailure;
+  return answer;
+}
+
+}  // namespace
+
+Answer runResolve(const ResolveOptions& given) {
+  ResolveOptions options = given;
+  RecordedManifest manifest;
+  try {
+    manifest = readRecordedManifest(options.manifest);
+  } catch (const std::exception& error) {
+    return {kExitFailure, "", line(toBytes(options.manifest) + ": " + error.what())};
+  }
+  if (const std::string obstacle = reportObstacle(options); !obstacle.empty())
+    return {kExitFailure, "", obstacle};
+  if (!options.places.osType)
+    options.places.osType = manifest.osType;
+  applySymbolOptions(options.places, false);
+  return answerTo(options, resolveWithProgress(options, manifest.files));
+}
+
+}  // namespace quiver_tool
