@@ -22,9 +22,10 @@ void LookupRecord::addStep(std::int64_t step) {
 }
 
 void LookupRecord::addDirectory(TextPool& texts, const RecordedDirectory& directory) {
-  const std::int64_t flags = (directory.isRecursive ? 1 : 0) + (directory.exists ? 2 : 0) +
+  const std::int64_t flags = (directory.isRecursive ? 1 : 0) + (directory.isSearched ? 2 : 0) +
                              (directory.isFromIndex ? 4 : 0);
-  add({kRecordedDirectory, texts.numberOf(directory.text), flags, directory.entries});
+  const std::int64_t text = texts.numberOf(directory.text);
+  add({kRecordedDirectory, text, flags, directory.entries, texts.numberOf(directory.remark)});
 }
 
 void LookupRecord::addCandidate(TextPool& texts,
@@ -49,8 +50,11 @@ void LookupRecord::addServer(TextPool& texts, const RecordedServer& server) {
   add({kRecordedServer, element, identity, texts.numberOf(server.outcome), server.bytes});
 }
 
-void LookupRecord::addStepEnd(std::int64_t step, std::int64_t microseconds) {
-  add({kRecordedStepEnd, step, microseconds});
+void LookupRecord::addStepEnd(TextPool& texts,
+                              std::int64_t step,
+                              std::int64_t microseconds,
+                              std::wstring_view remark) {
+  add({kRecordedStepEnd, step, microseconds, texts.numberOf(remark)});
 }
 
 void LookupRecord::addStepOff(TextPool& texts, std::int64_t step, std::wstring_view why) {

@@ -35,10 +35,10 @@ class TextPool final {
 enum RecordedEvent : std::int64_t {
   kRecordedSuggestion = 1,  ///< text
   kRecordedStep = 2,        ///< step
-  kRecordedDirectory = 3,   ///< text, 1 recursive + 2 exists + 4 from an index, entries seen
+  kRecordedDirectory = 3,   ///< text, 1 recursive + 2 searched + 4 by an index, entries, text
   kRecordedCandidate = 4,   ///< text of the directory, text of the name, outcome, step value, text
   kRecordedServer = 5,      ///< text of the element, of the identity, of the outcome, bytes
-  kRecordedStepEnd = 6,     ///< step, microseconds
+  kRecordedStepEnd = 6,     ///< step, microseconds, text
   kRecordedStepOff = 7,     ///< step, text
   kRecordedEnd = 8,         ///< text
 };
@@ -53,9 +53,10 @@ enum RecordedOutcome : std::int64_t {
 struct RecordedDirectory {
   std::wstring_view text;
   bool isRecursive = false;
-  bool exists = false;
+  bool isSearched = false;
   bool isFromIndex = false;
-  std::int64_t entries = 0;
+  std::int64_t entries = 0;  ///< Of one that was searched.
+  std::wstring_view remark;
 };
 
 struct RecordedServer {
@@ -77,7 +78,10 @@ class LookupRecord final {
                     std::int64_t stepValue,
                     std::wstring_view verdict);
   void addServer(TextPool& texts, const RecordedServer& server);
-  void addStepEnd(std::int64_t step, std::int64_t microseconds);
+  void addStepEnd(TextPool& texts,
+                  std::int64_t step,
+                  std::int64_t microseconds,
+                  std::wstring_view remark);
   void addStepOff(TextPool& texts, std::int64_t step, std::wstring_view why);
   void addEnd(TextPool& texts, std::wstring_view who);
 

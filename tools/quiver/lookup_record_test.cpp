@@ -32,25 +32,25 @@ TEST(LookupRecord, GivesEventsBackInOrder) {
   EXPECT_TRUE(record.isEmpty());
   record.addSuggestion(texts, L"/s/a.c");
   record.addStep(2);
-  record.addDirectory(texts, {L"/s", true, true, true, 12});
-  record.addDirectory(texts, {L"/gone", false, false, false, 0});
+  record.addDirectory(texts, {L"/s", true, true, true, 12, L""});
+  record.addDirectory(texts, {L"/gone", false, false, false, 0, L"missing"});
   record.addCandidate(texts, L"/s/a.c", kOutcomeInvalid, 2, L"has another checksum");
   record.addServer(texts, {L"srv*x", L"3F0A1", L"not found", 7});
-  record.addStepEnd(2, 350);
+  record.addStepEnd(texts, 2, 350, L"");
   record.addStepOff(texts, 3, L"found before");
   record.addEnd(texts, L"nobody");
   EXPECT_THAT(record.events(),
               ElementsAre(ElementsAre(1, 0),
                           ElementsAre(2, 2),
-                          ElementsAre(3, 1, 7, 12),
-                          ElementsAre(3, 2, 0, 0),
-                          ElementsAre(4, 3, 4, 2, 2, 5),
-                          ElementsAre(5, 6, 7, 8, 7),
-                          ElementsAre(6, 2, 350),
-                          ElementsAre(7, 3, 9),
-                          ElementsAre(8, 10)));
-  EXPECT_EQ(texts.texts()[3], L"/s/");
-  EXPECT_EQ(texts.texts()[4], L"a.c");
+                          ElementsAre(3, 1, 7, 12, 2),
+                          ElementsAre(3, 3, 0, 0, 4),
+                          ElementsAre(4, 5, 6, 2, 2, 7),
+                          ElementsAre(5, 8, 9, 10, 7),
+                          ElementsAre(6, 2, 350, 2),
+                          ElementsAre(7, 3, 11),
+                          ElementsAre(8, 12)));
+  EXPECT_EQ(texts.texts()[5], L"/s/");
+  EXPECT_EQ(texts.texts()[6], L"a.c");
 }
 
 TEST(LookupRecord, SharesDirectoriesAndNamesOfCandidates) {
