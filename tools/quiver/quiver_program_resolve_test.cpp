@@ -17,7 +17,6 @@ namespace {
 
 using nlohmann::json;
 using testing::HasSubstr;
-using testing::Not;
 
 constexpr const char* kMd5OfNew = "22af645d1859cb5ca6da0c484f1f37ea";  // "new"
 constexpr const char* kMd5OfOld = "149603e6c03516362a8da23f624db945";  // "old"
@@ -201,9 +200,9 @@ TEST_F(ProgramResolving, RefusesManifestsThatAreNone) {
   for (const char* text : {"",
                            "{",
                            "[]",
-                           "{\"modules\": 5}",
-                           "{\"modules\": [{}]}",
-                           "{\"modules\": [{\"path\": 5}]}"}) {
+                           R"({"modules": 5})",
+                           R"({"modules": [{}]})",
+                           R"({"modules": [{"path": 5}]})"}) {
     const RunResult run = resolve({add("bad.json", text)});
     EXPECT_EQ(run.status, 2) << text;
     EXPECT_EQ(run.out, "");
@@ -216,7 +215,7 @@ TEST_F(ProgramResolving, RefusesManifestsThatAreNone) {
 TEST_F(ProgramResolving, IsContentWithAnEmptyManifest) {
   const RunResult run = resolve({manifestOf(json::array()), "--map", "/ci=" + path("co")});
   EXPECT_EQ(run.status, 1) << "the module itself is missing";
-  EXPECT_EQ(resolve({add("empty.json", "{\"modules\": []}")}).status, 0);
+  EXPECT_EQ(resolve({add("empty.json", R"({"modules": []})")}).status, 0);
 }
 
 TEST_F(ProgramResolving, RefusesWrongOptions) {

@@ -52,7 +52,7 @@ Resolution sample() {
 
 /// Returns the data that stands in a page, as a browser reads it.
 json dataOf(const std::string& page) {
-  const std::string begin = "<script id=\"data\" type=\"application/json\">";
+  const std::string begin = R"(<script id="data" type="application/json">)";
   const std::size_t at = page.find(begin) + begin.size();
   return json::parse(page.substr(at, page.find("</script", at) - at));
 }

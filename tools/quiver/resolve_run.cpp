@@ -120,8 +120,7 @@ Answer answerTo(const ResolveOptions& options, const Resolution& resolution) {
 
 }  // namespace
 
-Answer runResolve(const ResolveOptions& given) {
-  ResolveOptions options = given;
+Answer runResolve(const ResolveOptions& options) {
   RecordedManifest manifest;
   try {
     manifest = readRecordedManifest(options.manifest);
@@ -130,10 +129,11 @@ Answer runResolve(const ResolveOptions& given) {
   }
   if (const std::string obstacle = reportObstacle(options); !obstacle.empty())
     return {kExitFailure, "", obstacle};
-  if (!options.places.osType)
-    options.places.osType = manifest.osType;
-  applySymbolOptions(options.places, false);
-  return answerTo(options, resolveWithProgress(options, manifest.files));
+  ResolveOptions used = options;
+  if (!used.places.osType)
+    used.places.osType = manifest.osType;
+  applySymbolOptions(used.places, false);
+  return answerTo(used, resolveWithProgress(used, manifest.files));
 }
 
 }  // namespace quiver_tool
