@@ -1,10 +1,11 @@
 // Figures about lookups that take a process of their own, one per line: a word and a number.
 //
-//   measure index TREE     one walk, building the index, warm lookups, a whole result
-//   measure growth PLACE   searches that yield 1,000 and 100,000 candidates
-//   measure md5 FILE       the checksum of a file
+//   measure index TREE              one walk, building the index, warm lookups, a whole result
+//   measure growth PLACE COUNT...   searches that yield so many candidates, made below PLACE
+//   measure md5 FILE                the checksum of a file, and once more when it is remembered
 
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -14,6 +15,7 @@
 
 #include "paku/file_search.h"
 #include "paku/index_settings.h"
+#include "paku/md5_memo.h"
 #include "paku/text_encoding.h"
 #include "paku/tree_registry_posix.h"
 
@@ -135,8 +137,8 @@ void makeCandidates(const fs::path& place, std::size_t count) {
   }
 }
 
-void measureGrowth(const fs::path& place) {
-  for (const std::size_t count : {1000u, 10000u, 100000u}) {
+void measureGrowth(const fs::path& place, const std::vector<std::size_t>& counts) {
+  for (const std::size_t count : counts) {
     const fs::path tree = place / std::to_string(count);
     if (!fs::exists(tree))
       makeCandidates(tree, count);
@@ -154,6 +156,7 @@ void measureGrowth(const fs::path& place) {
 }
 
 void measureMd5(const fs::path& path) {
+  PAKU_3_1::internal::Md5Memo::instance().setRest(std::chrono::nanoseconds(0));
   const QV_2_9::ObjectPtr<QV_2_9::IChecksumCalculator> calculator =
       QV_2_9::IChecksumCalculator::create();
   const std::wstring text = path.wstring();
@@ -165,18 +168,24 @@ void measureMd5(const fs::path& path) {
   std::printf("md5 %ls\n", checksum->getValue());
 }
 
+std::vector<std::size_t> countsOf(char** begin, char** end) {
+  std::vector<std::size_t> counts;
+  for (; begin != end; ++begin) counts.push_back(std::strtoul(*begin, nullptr, 10));
+  return counts;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
-  const std::string what = argc == 3 ? argv[1] : "";
-  if (what == "index")
+  const std::string what = argc >= 3 ? argv[1] : "";
+  if (what == "index" && argc == 3)
     measureIndex(argv[2]);
-  else if (what == "growth")
-    measureGrowth(argv[2]);
-  else if (what == "md5")
+  else if (what == "growth" && argc > 3)
+    measureGrowth(argv[2], countsOf(argv + 3, argv + argc));
+  else if (what == "md5" && argc == 3)
     measureMd5(argv[2]);
   else {
-    std::fputs("usage: measure index|growth|md5 PATH\n", stderr);
+    std::fputs("usage: measure index TREE | growth PLACE COUNT... | md5 FILE\n", stderr);
     return 2;
   }
 }
