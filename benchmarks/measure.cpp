@@ -17,7 +17,7 @@
 #include "paku/index_settings.h"
 #include "paku/md5_memo.h"
 #include "paku/text_encoding.h"
-#include "paku/tree_registry_posix.h"
+#include "paku/tree_registry.h"
 
 #include "measured_search.h"
 

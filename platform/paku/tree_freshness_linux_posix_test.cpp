@@ -25,7 +25,7 @@
 #include "paku/file_search.h"
 #include "paku/found_paths_test_support.h"
 #include "paku/index_settings.h"
-#include "paku/tree_registry_posix.h"
+#include "paku/tree_registry.h"
 
 namespace PAKU_3_1::internal {
 namespace {

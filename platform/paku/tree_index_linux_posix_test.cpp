@@ -16,7 +16,8 @@
 #include "paku/found_paths_test_support.h"
 #include "paku/index_settings.h"
 #include "paku/scoped_user_test_support.h"
-#include "paku/tree_registry_posix.h"
+#include "paku/tree_registry.h"
+#include "paku/watch_queue_posix.h"
 
 #include "support/temp_tree.h"
 

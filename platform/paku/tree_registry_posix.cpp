@@ -1,22 +1,14 @@
-// Which trees are indexed, when, and for how long.
+// One registry for each process: a fork makes a second one of what must not be shared.
 
-#include "paku/tree_registry_posix.h"
-
-#include <algorithm>
+#include <atomic>
 #include <thread>
 #include <unistd.h>
-#include <utility>
 
-#include "paku/index_settings.h"
+#include "paku/own_descriptor_posix.h"
+#include "paku/tree_registry.h"
 
 namespace PAKU_3_1::internal {
 namespace {
-
-constexpr int kWholeTree = -1;
-constexpr std::size_t kMostTrees = 24;
-constexpr std::size_t kMostAlone = 4096;
-constexpr unsigned kMostScansBefore = 64;
-constexpr unsigned kUsesThatProve = 64;
 
 struct OfProcess {
   const pid_t process = getpid();
@@ -51,177 +43,8 @@ TreeRegistry& TreeRegistry::instance() {
   return current && current->process == process ? current->registry : registryOfNewProcess(process);
 }
 
-std::optional<TreeRegistry::Matches> TreeRegistry::matches(const FileIdentity& identity,
-                                                           int depth,
-                                                           const SoughtTails& tails,
-                                                           const Opener& open) {
-  if (indexSettings().use == IndexUse::kNever)
-    return std::nullopt;
-  const bool isWhole = depth == kWholeTree;
-  const std::shared_ptr<Tree> tree = treeOf(identity, isWhole);
-  if (tree && (isWhole || tree->bytes != 0))
-    return inTree(*tree, true, identity, depth, tails, open);
-  if (depth != 0)
-    return std::nullopt;
-  return inTree(m_alone, false, identity, depth, tails, open);
-}
-
-std::shared_ptr<TreeRegistry::Tree> TreeRegistry::treeOf(const FileIdentity& identity,
-                                                         bool isToBeListed) {
-  std::shared_ptr<Tree> last;  // goes after the lock
-  const std::lock_guard guard(m_lock);
-  const auto found = std::ranges::find(m_trees, identity, &Listed::identity);
-  if (found != m_trees.end())
-    m_trees.splice(m_trees.begin(), m_trees, found);
-  else if (isToBeListed)
-    m_trees.push_front({identity, std::make_shared<Tree>()});
-  else
-    return nullptr;
-  if (m_trees.size() > kMostTrees) {
-    last = std::move(m_trees.back().tree);
-    m_trees.pop_back();
-  }
-  return m_trees.front().tree;
-}
-
-std::optional<TreeRegistry::Matches> TreeRegistry::inTree(Tree& tree,
-                                                          bool isWhole,
-                                                          const FileIdentity& identity,
-                                                          int depth,
-                                                          const SoughtTails& tails,
-                                                          const Opener& open) {
-  std::optional<Matches> matches;
-  {
-    const std::lock_guard guard(tree.lock);
-    try {
-      if (prepare(tree, isWhole, identity, open))
-        matches = tails.matches(tree.known->index(), tree.known->find(identity), depth);
-    } catch (...) {
-      drop(tree);  // it may be half done
-      throw;
-    }
-    count(tree);
-  }
-  m_answered += matches ? 1u : 0u;
-  makeRoom(tree, indexSettings().maxBytes);
-  return matches;
-}
-
-/// Returns true when the directory is known as it is now.
-bool TreeRegistry::prepare(Tree& tree,
-                           bool isWhole,
-                           const FileIdentity& identity,
-                           const Opener& open) {
-  if (tree.known && tree.user != geteuid())
-    return false;
-  if (tree.known && !tree.known->refresh(identity, open))
-    drop(tree);
-  else if (tree.known && tree.known->find(identity) != WatchedDirectories::kNone)
-    return true;
-  if (!isDue(tree, isWhole, identity))
-    return false;
-  return build(tree, isWhole, identity, open);
-}
-
-/// Counts the scans that come before the index. An index that does not last is made ever less
-/// often.
-bool TreeRegistry::isDue(Tree& tree, bool isWhole, const FileIdentity& identity) const {
-  if (indexSettings().use == IndexUse::kFromFirstScan)
-    return true;
-  if (!isWhole && tree.seenAlone.size() > kMostAlone)
-    tree.seenAlone.clear();
-  unsigned& scans = isWhole ? tree.scans : tree.seenAlone[identity];
-  return scans++ >= tree.scansBefore;
-}
-
-bool TreeRegistry::build(Tree& tree,
-                         bool isWhole,
-                         const FileIdentity& identity,
-                         const Opener& open) {
-  const bool hasMany = tree.known && tree.known->rootCount() >= kMostAlone;
-  if (!tree.known || isWhole || hasMany) {
-    tree.known = std::make_unique<WatchedDirectories>(isWhole, indexSettings().maxBytes);
-    tree.user = geteuid();
-  }
-  const FileDescriptor directory = open();
-  if (directory && tree.known->add(identity, directory.get())) {
-    ++m_built;
-    return true;
-  }
-  drop(tree);
-  forgetOldest(tree);
-  return false;
-}
-
-void TreeRegistry::drop(Tree& tree) {
-  tree.known.reset();
-  tree.scans = 0;
-  tree.seenAlone.clear();
-  tree.scansBefore = std::min(2 * tree.scansBefore, kMostScansBefore);
-  tree.uses = 0;
-  ++m_dropped;
-}
-
-void TreeRegistry::count(Tree& tree) {
-  tree.bytes = tree.known ? tree.known->bytes() : 0;
-  tree.entries = tree.known ? tree.known->index().entryCount() : 0;
-  if (tree.known && ++tree.uses == kUsesThatProve)
-    tree.scansBefore = 1;
-}
-
-std::size_t TreeRegistry::bytes() const {
-  std::size_t bytes = m_alone.bytes;
-  for (const Listed& listed : m_trees) bytes += listed.tree->bytes;
-  return bytes;
-}
-
-void TreeRegistry::makeRoom(const Tree& used, std::size_t maxBytes) {
-  const auto isTooMuch = [&] {
-    const std::lock_guard guard(m_lock);
-    return bytes() > maxBytes;
-  };
-  while (isTooMuch() && forgetOldest(used)) {
-  }
-}
-
-/// Drops the index that was not used for longest, `used` left out. Returns false when there is none
-/// that is free.
-bool TreeRegistry::forgetOldest(const Tree& used) {
-  std::unique_ptr<WatchedDirectories> forgotten;  // goes after the locks
-  const std::lock_guard guard(m_lock);
-  for (auto it = m_trees.rbegin(); it != m_trees.rend(); ++it) {
-    Tree& tree = *it->tree;
-    if (&tree == &used || tree.bytes == 0)
-      continue;
-    std::unique_lock held(tree.lock, std::try_to_lock);
-    if (!held)
-      continue;
-    forgotten = std::move(tree.known);
-    tree.scans = 0;
-    count(tree);
-    return true;
-  }
-  return false;
-}
-
-void TreeRegistry::clear() {
-  const std::lock_guard guard(m_lock);
-  m_trees.clear();
-  const std::lock_guard alone(m_alone.lock);
-  m_alone.known.reset();
-  m_alone.seenAlone.clear();
-  m_alone.scansBefore = 1;
-  count(m_alone);
-}
-
-IndexCounts TreeRegistry::counts() {
-  const std::lock_guard guard(m_lock);
-  IndexCounts counts{std::size_t{0}, m_alone.entries, bytes(), m_built, m_dropped, m_answered};
-  for (const Listed& listed : m_trees) {
-    counts.entries += listed.tree->entries;
-    counts.trees += listed.tree->bytes != 0 ? 1u : 0u;
-  }
-  return counts;
+unsigned rightsOfThread() {
+  return geteuid();
 }
 
 }  // namespace PAKU_3_1::internal

@@ -11,6 +11,7 @@
 
 #include "paku/directory_entries_posix.h"
 #include "paku/open_ancestors_posix.h"
+#include "paku/searched_directory_posix.h"
 #include "paku/trusted_file_system_posix.h"
 
 namespace PAKU_3_1::internal {
@@ -37,12 +38,18 @@ NameIndex::Kind kindOfMode(mode_t mode) {
 
 }  // namespace
 
-bool WatchedDirectories::add(const FileIdentity& identity, int directory) {
-  if (!m_queue.isOpen() || !notifiesOfChanges(directory) || (m_isTree && hasMountBelow(directory)))
+std::unique_ptr<IKnownDirectories> makeKnownDirectories(bool isTree, std::size_t maxBytes) {
+  return std::make_unique<WatchedDirectories>(isTree, maxBytes);
+}
+
+bool WatchedDirectories::add(const SearchedDirectory& directory) {
+  const FileDescriptor fd = openSearched(directory);
+  if (!fd || !m_queue.isOpen() || !notifiesOfChanges(fd.get()) ||
+      (m_isTree && hasMountBelow(fd.get())))
     return false;
   const Number root = m_index.addRoot();
-  m_roots[identity] = root;
-  return read(directory, root, 0) && m_roots.contains(identity);
+  m_roots[directory.identity()] = root;
+  return read(fd.get(), root, 0) && m_roots.contains(directory.identity());
 }
 
 WatchedDirectories::Number WatchedDirectories::find(const FileIdentity& identity) const {
@@ -50,10 +57,10 @@ WatchedDirectories::Number WatchedDirectories::find(const FileIdentity& identity
   return found == m_roots.end() ? kNone : found->second;
 }
 
-bool WatchedDirectories::refresh(const FileIdentity& identity, const Opener& open) {
+bool WatchedDirectories::refresh(const SearchedDirectory& directory) {
   const WatchQueue::Pending pending = m_queue.pending();
   if (pending.mounts && m_isTree) {
-    const FileDescriptor root = open();
+    const FileDescriptor root = openSearched(directory);
     if (!root || hasMountBelow(root.get()))
       return false;
   }
@@ -62,12 +69,12 @@ bool WatchedDirectories::refresh(const FileIdentity& identity, const Opener& ope
   std::vector<Touched> touched;
   if (!takeInEvents(touched))
     return false;
-  const Number root = find(identity);
+  const Number root = find(directory.identity());
   removeTouched(touched, root);
   if (touched.empty() || root == kNone)
     return true;
-  const FileDescriptor directory = open();
-  return directory && addTouched(touched, directory.get());
+  const FileDescriptor fd = openSearched(directory);
+  return fd && addTouched(touched, fd.get());
 }
 
 std::size_t WatchedDirectories::bytes() const {

@@ -7,57 +7,31 @@
 #pragma once
 
 #include <cstddef>
-#include <functional>
 #include <string>
 #include <string_view>
-#include <sys/types.h>
 #include <unordered_map>
 #include <vector>
 
 #include "paku/file_descriptor_posix.h"
-#include "paku/name_index_posix.h"
+#include "paku/known_directories.h"
 #include "paku/watch_queue_posix.h"
 
 namespace PAKU_3_1::internal {
 
-/// Tells directories apart for as long as they exist.
-struct FileIdentity {
-  dev_t device;
-  ino_t inode;
-  bool operator==(const FileIdentity&) const = default;
-};
-
-struct FileIdentityHash {
-  std::size_t operator()(const FileIdentity& identity) const {
-    return std::hash<ino_t>()(identity.inode ^ (ino_t{identity.device} << 40));
-  }
-};
-
-class WatchedDirectories final {
+class WatchedDirectories final : public IKnownDirectories {
  public:
   using Number = NameIndex::Number;
   static constexpr Number kNone = NameIndex::kNone;
 
-  /// Opens the directory at hand again. Nothing when that is no longer possible.
-  using Opener = std::function<FileDescriptor()>;
-
-  /// `isTree`: with all that is below them. More than `maxBytes` are not kept.
   WatchedDirectories(bool isTree, std::size_t maxBytes) : m_isTree(isTree), m_maxBytes(maxBytes) {}
 
-  /// Reads an open directory. Returns false when it cannot be kept, which also means that nothing
-  /// can be trusted.
-  bool add(const FileIdentity& identity, int directory);
+  bool add(const SearchedDirectory& directory) override;
+  Number find(const FileIdentity& identity) const override;
+  bool refresh(const SearchedDirectory& directory) override;
 
-  /// Returns the root with this identity. `kNone` when it was not added or is gone.
-  Number find(const FileIdentity& identity) const;
-
-  /// Takes in what has changed. `open` opens the directory `identity`, which is to be used now; of
-  /// the others those that have changed are given up.
-  bool refresh(const FileIdentity& identity, const Opener& open);
-
-  const NameIndex& index() const { return m_index; }
-  std::size_t bytes() const;
-  std::size_t rootCount() const { return m_roots.size(); }
+  const NameIndex& index() const override { return m_index; }
+  std::size_t bytes() const override;
+  std::size_t rootCount() const override { return m_roots.size(); }
 
  private:
   struct Unread {

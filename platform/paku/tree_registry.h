@@ -12,12 +12,11 @@
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <sys/types.h>
 #include <unordered_map>
 #include <vector>
 
-#include "paku/tail_matches_posix.h"
-#include "paku/watched_directories_posix.h"
+#include "paku/known_directories.h"
+#include "paku/tail_matches.h"
 
 namespace PAKU_3_1::internal {
 
@@ -34,7 +33,6 @@ struct IndexCounts {
 class TreeRegistry final {
  public:
   using Matches = std::vector<std::vector<TailMatch>>;
-  using Opener = WatchedDirectories::Opener;
 
   TreeRegistry() = default;
   TreeRegistry(const TreeRegistry&) = delete;
@@ -43,12 +41,10 @@ class TreeRegistry final {
   /// Returns the registry of this process.
   static TreeRegistry& instance();
 
-  /// Returns the matches in the directory with this identity, which `open` opens. Nothing when it
-  /// has to be walked.
-  std::optional<Matches> matches(const FileIdentity& identity,
+  /// Returns the matches in the directory. Nothing when it has to be walked.
+  std::optional<Matches> matches(const SearchedDirectory& directory,
                                  int depth,
-                                 const SoughtTails& tails,
-                                 const Opener& open);
+                                 const SoughtTails& tails);
 
   /// Drops all indexes.
   void clear();
@@ -58,8 +54,8 @@ class TreeRegistry final {
   /// One tree, or all directories that are searched alone.
   struct Tree {
     std::mutex lock;  // guards what follows up to the next comment
-    std::unique_ptr<WatchedDirectories> known;
-    uid_t user = 0;  // whose rights the index was read with
+    std::unique_ptr<IKnownDirectories> known;
+    unsigned user = 0;  // whose rights the index was read with
     unsigned scans = 0;
     unsigned scansBefore = 1;  // as many walks come before the next index
     unsigned uses = 0;
@@ -76,13 +72,12 @@ class TreeRegistry final {
   std::shared_ptr<Tree> treeOf(const FileIdentity& identity, bool isToBeListed);
   std::optional<Matches> inTree(Tree& tree,
                                 bool isWhole,
-                                const FileIdentity& identity,
+                                const SearchedDirectory& directory,
                                 int depth,
-                                const SoughtTails& tails,
-                                const Opener& open);
-  bool prepare(Tree& tree, bool isWhole, const FileIdentity& identity, const Opener& open);
+                                const SoughtTails& tails);
+  bool prepare(Tree& tree, bool isWhole, const SearchedDirectory& directory);
   bool isDue(Tree& tree, bool isWhole, const FileIdentity& identity) const;
-  bool build(Tree& tree, bool isWhole, const FileIdentity& identity, const Opener& open);
+  bool build(Tree& tree, bool isWhole, const SearchedDirectory& directory);
   void drop(Tree& tree);
   void count(Tree& tree);
   void makeRoom(const Tree& used, std::size_t maxBytes);

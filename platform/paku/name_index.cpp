@@ -1,20 +1,17 @@
 // Chains of entries in flat vectors.
 
-#include "paku/name_index_posix.h"
+#include "paku/name_index.h"
 
 #include <algorithm>
+#include <type_traits>
 #include <utility>
-
-#include "paku/name_table_posix.h"
 
 namespace PAKU_3_1::internal {
 namespace {
 
-/// FNV-1a of the folded bytes.
-std::uint32_t foldedHash(std::string_view name) {
-  std::uint32_t hash = 2166136261u;
-  for (const char c : name) hash = (hash ^ static_cast<unsigned char>(foldCase(c))) * 16777619u;
-  return hash ^ (hash >> 15);
+/// No name has more than 255 units, which one of them can hold.
+std::size_t lengthOf(NameChar stored) {
+  return static_cast<std::make_unsigned_t<NameChar>>(stored);
 }
 
 constexpr std::size_t kLoad = 2;  // entries per bucket, at most
@@ -23,23 +20,16 @@ constexpr std::size_t kWorthTidying = 1024;
 
 }  // namespace
 
-NameIndex::Name NameIndex::nameOf(std::string bytes) {
-  std::string folded = bytes;
-  std::ranges::transform(folded, folded.begin(), foldCase);
-  const std::uint32_t hash = foldedHash(bytes);
-  return {std::move(bytes), std::move(folded), hash};
-}
-
 NameIndex::Number NameIndex::addRoot() {
   return newDirectory(kNone);
 }
 
-NameIndex::Number NameIndex::addEntry(Number directory, std::string_view name, Kind kind) {
+NameIndex::Number NameIndex::addEntry(Number directory, NameView name, Kind kind) {
   const std::uint32_t stored = storeName(name);
   const Number number = newEntry();
   Entry& entry = m_entries[number];
   entry.name = stored;
-  entry.hash = foldedHash(name);
+  entry.hash = nameHash(name);
   entry.directory = directory;
   entry.content = kind == Kind::kFile        ? kPlainFile
                   : kind == Kind::kDirectory ? kClosedDirectory
@@ -72,10 +62,10 @@ void NameIndex::close(Number directory) {
   m_freeDirectories.push_back(directory);
 }
 
-NameIndex::Number NameIndex::find(Number directory, std::string_view name) const {
+NameIndex::Number NameIndex::find(Number directory, NameView name) const {
   if (m_heads.empty())
     return kNone;
-  const std::uint32_t hash = foldedHash(name);
+  const std::uint32_t hash = nameHash(name);
   Number i = m_heads[bucketOf(hash)];
   while (i != kNone && !(m_entries[i].directory == directory && m_entries[i].hash == hash &&
                          this->name(i) == name))
@@ -83,9 +73,9 @@ NameIndex::Number NameIndex::find(Number directory, std::string_view name) const
   return i;
 }
 
-std::string_view NameIndex::name(Number entry) const {
-  const char* const stored = &m_names[m_entries[entry].name];
-  return {stored + 1, static_cast<unsigned char>(*stored)};
+NameView NameIndex::name(Number entry) const {
+  const NameChar* const stored = &m_names[m_entries[entry].name];
+  return {stored + 1, lengthOf(*stored)};
 }
 
 NameIndex::Kind NameIndex::kind(Number entry) const {
@@ -111,13 +101,13 @@ NameIndex::Number NameIndex::rootOf(Number directory, std::size_t& level) const 
   return directory;
 }
 
-std::string NameIndex::path(Number directory, char separator) const {
+NameString NameIndex::path(Number directory, NameChar separator) const {
   std::size_t length = 0;
   for (Number d = directory, e; (e = entryOf(d)) != kNone; d = directoryOf(e))
     length += name(e).size() + 1;
-  std::string text(length ? length - 1 : 0, separator);
+  NameString text(length ? length - 1 : 0, separator);
   for (Number d = directory, e; (e = entryOf(d)) != kNone; d = directoryOf(e)) {
-    const std::string_view component = name(e);
+    const NameView component = name(e);
     length -= component.size() + 1;
     std::ranges::copy(component, text.begin() + static_cast<std::ptrdiff_t>(length));
   }
@@ -129,10 +119,6 @@ std::size_t NameIndex::bytes() const {
   return m_names.bytes() + m_entries.bytes() + m_directories.capacity() * sizeof(Directory) +
          (m_heads.capacity() + m_freeDirectories.capacity()) * sizeof(Number) +
          m_opaque.size() * kMapNode + m_opaque.bucket_count() * sizeof(void*);
-}
-
-bool NameIndex::foldsTo(std::string_view name, std::string_view folded) {
-  return std::ranges::equal(name, folded, {}, foldCase);
 }
 
 NameIndex::Number NameIndex::newDirectory(Number entry) {
@@ -152,9 +138,9 @@ NameIndex::Number NameIndex::newEntry() {
   return static_cast<Number>(m_entries.append(1));
 }
 
-std::uint32_t NameIndex::storeName(std::string_view name) {
+std::uint32_t NameIndex::storeName(NameView name) {
   const std::size_t at = m_names.append(name.size() + 1);
-  m_names[at] = static_cast<char>(name.size());
+  m_names[at] = static_cast<NameChar>(name.size());
   std::ranges::copy(name, &m_names[at] + 1);
   return static_cast<std::uint32_t>(at);
 }
@@ -210,14 +196,14 @@ void NameIndex::compactNames() {
   constexpr std::size_t kWorthIt = 4096;
   if (m_wasted < kWorthIt || m_wasted * 2 < m_names.size())
     return;
-  BlockVector<char, 16384> old = std::exchange(m_names, {});
+  BlockVector<NameChar, 16384> old = std::exchange(m_names, {});
   m_wasted = 0;
   for (std::size_t i = 0; i < m_entries.size(); ++i) {
     Entry& entry = m_entries[i];
     if (entry.directory == kNone)
       continue;
-    const char* const stored = &old[entry.name];
-    entry.name = storeName({stored + 1, static_cast<unsigned char>(*stored)});
+    const NameChar* const stored = &old[entry.name];
+    entry.name = storeName({stored + 1, lengthOf(*stored)});
   }
 }
 

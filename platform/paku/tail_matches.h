@@ -12,7 +12,7 @@
 #include <string>
 #include <vector>
 
-#include "paku/name_index_posix.h"
+#include "paku/name_index.h"
 #include "paku/search_name.h"
 
 namespace PAKU_3_1::internal {
@@ -21,16 +21,16 @@ namespace PAKU_3_1::internal {
 struct TailMatch {
   /// Where the tail begins and its known components, as they are spelled on disk. A separator that
   /// is smaller than all characters makes the order of these texts the order of a walk.
-  static constexpr char kSeparator = '\0';
-  std::string directory;
-  std::string known;
+  static constexpr NameChar kSeparator = 0;
+  NameString directory;
+  NameString known;
   std::size_t unknownFrom;  ///< First component that is not known; the tail's length for none.
   bool isExact;             ///< The known components are spelled as they are sought.
 
   auto operator<=>(const TailMatch& other) const = default;
 
   /// Returns the known path below the root.
-  std::string path() const;
+  NameString path() const;
 };
 
 /// The tails of one name in the form in which an index compares them.
@@ -45,12 +45,12 @@ class SoughtTails final {
                                               int depth) const;
 
   /// Returns the components of a tail; none for a tail that no path can have.
-  std::span<const NameIndex::Name> components(std::size_t tail) const;
+  std::span<const SoughtName> components(std::size_t tail) const;
 
  private:
   /// Tails that are ends of each other.
   struct Group {
-    std::vector<NameIndex::Name> components;
+    std::vector<SoughtName> components;
     std::vector<std::size_t> tailOfLength;  // the tail of that many components, or kNoTail
   };
   static constexpr std::size_t kNoTail = static_cast<std::size_t>(-1);

@@ -1,7 +1,7 @@
 // The entries of directories by their names: the memory of an index, without any system call.
 //
 // Directories and entries have numbers. Names lie in one arena, parents are numbers, and entries
-// whose names fold to the same bytes hang in one chain, so that a file costs little more than its
+// whose names have the same hash hang in one chain, so that a file costs little more than its
 // name. What was removed stays in its chain until there is enough of it; then all chains are made
 // anew and the numbers are given out again. One thread at a time.
 
@@ -10,12 +10,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
-#include <string>
-#include <string_view>
 #include <unordered_map>
 #include <vector>
 
 #include "paku/block_vector.h"
+#include "paku/index_names.h"
 
 namespace PAKU_3_1::internal {
 
@@ -30,19 +29,11 @@ class NameIndex final {
     kLink,       ///< May lead to a directory.
   };
 
-  /// A name as it is sought.
-  struct Name {
-    std::string bytes;
-    std::string folded;
-    std::uint32_t hash;
-  };
-  static Name nameOf(std::string bytes);
-
   /// Adds a directory that is no entry of another.
   Number addRoot();
 
   /// Adds an entry of `directory`, which must have none of that name.
-  Number addEntry(Number directory, std::string_view name, Kind kind);
+  Number addEntry(Number directory, NameView name, Kind kind);
 
   /// Returns the directory that the entry of kind `kDirectory` is; entries can be added to it.
   Number open(Number entry);
@@ -51,7 +42,7 @@ class NameIndex final {
   void close(Number directory);
 
   /// Returns the entry that is called exactly `name`. `kNone` when there is none.
-  Number find(Number directory, std::string_view name) const;
+  Number find(Number directory, NameView name) const;
 
   /// Removes an entry and all below it. `gone(directory)` is called for each directory among them.
   template <class Gone>
@@ -69,9 +60,10 @@ class NameIndex final {
     tidy();
   }
 
-  /// Calls `use(entry)` for the entries whose names differ from `name` in letter case at most.
+  /// Calls `use(entry)` for the entries whose names are called `name` when letter case does not
+  /// count.
   template <class Use>
-  void forEachCalled(const Name& name, const Use& use) const {
+  void forEachCalled(const SoughtName& name, const Use& use) const {
     if (m_heads.empty())
       return;
     for (Number i = m_heads[bucketOf(name.hash)]; i != kNone; i = m_entries[i].nextInBucket)
@@ -80,12 +72,12 @@ class NameIndex final {
   }
 
   /// Returns whether an entry, links and directories that are not open alone, may be called so.
-  bool hasOpaqueCalled(const Name& name) const { return m_opaque.contains(name.hash); }
+  bool hasOpaqueCalled(const SoughtName& name) const { return m_opaque.contains(name.hash); }
 
-  bool isCalled(Number entry, const Name& name) const {
-    return m_entries[entry].hash == name.hash && foldsTo(this->name(entry), name.folded);
+  bool isCalled(Number entry, const SoughtName& name) const {
+    return m_entries[entry].hash == name.hash && internal::isCalled(this->name(entry), name.text);
   }
-  std::string_view name(Number entry) const;
+  NameView name(Number entry) const;
   Kind kind(Number entry) const;
   /// Returns the directory that a directory entry is. `kNone` when it is not open.
   Number openedAs(Number entry) const;
@@ -97,7 +89,7 @@ class NameIndex final {
   Number rootOf(Number directory, std::size_t& level) const;
 
   /// Returns the path of a directory below its root, "" for the root.
-  std::string path(Number directory, char separator) const;
+  NameString path(Number directory, NameChar separator) const;
 
   std::size_t entryCount() const { return m_entryCount; }
   std::size_t bytes() const;
@@ -137,11 +129,10 @@ class NameIndex final {
     }
   }
 
-  static bool foldsTo(std::string_view name, std::string_view folded);
   std::size_t bucketOf(std::uint32_t hash) const { return hash & (m_heads.size() - 1); }
   Number newDirectory(Number entry);
   Number newEntry();
-  std::uint32_t storeName(std::string_view name);
+  std::uint32_t storeName(NameView name);
   void chain(Number entry);
   void chainAll(std::size_t buckets);
   void unlink(Number entry);
@@ -149,8 +140,8 @@ class NameIndex final {
   void tidy();
   void compactNames();
 
-  BlockVector<char, 16384> m_names;
-  std::size_t m_wasted = 0;  // bytes of names that are gone
+  BlockVector<NameChar, 16384> m_names;
+  std::size_t m_wasted = 0;  // units of names that are gone
   BlockVector<Entry, 1024> m_entries;
   std::vector<Directory> m_directories;
   std::vector<Number> m_heads;  // first entry of each bucket; as many as a power of two

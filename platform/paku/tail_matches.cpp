@@ -1,25 +1,14 @@
 // From an entry upwards: how many components fit, and what that is a match of.
 
-#include "paku/tail_matches_posix.h"
+#include "paku/tail_matches.h"
 
 #include <algorithm>
-#include <climits>
-#include <string_view>
 #include <utility>
-
-#include "paku/native_path_posix.h"
 
 namespace PAKU_3_1::internal {
 namespace {
 
-/// Names that no entry can bear stay empty, and match none.
-NameIndex::Name soughtName(const std::wstring& component) {
-  std::string bytes;
-  const bool isName = nativePath(component, bytes) && bytes.size() <= NAME_MAX;
-  return NameIndex::nameOf(isName ? std::move(bytes) : std::string());
-}
-
-void append(std::string& path, std::string_view component) {
+void append(NameString& path, NameView component) {
   if (!path.empty())
     path += TailMatch::kSeparator;
   path += component;
@@ -27,10 +16,10 @@ void append(std::string& path, std::string_view component) {
 
 }  // namespace
 
-std::string TailMatch::path() const {
-  std::string path = directory;
+NameString TailMatch::path() const {
+  NameString path = directory;
   append(path, known);
-  std::ranges::replace(path, kSeparator, '/');
+  std::ranges::replace(path, kSeparator, kNameSeparator);
   return path;
 }
 
@@ -50,7 +39,7 @@ SoughtTails::SoughtTails(const std::vector<Tail>& tails) : m_tailCount(tails.siz
     } else {
       length -= tails[i - 1].front().size() + 1;
     }
-    if (length < PATH_MAX)  // no longer path is ever looked at
+    if (length < kLongestIndexedPath)  // no longer path is ever looked at
       m_groups.back().tailOfLength[tail.size()] = i;
   }
 }
@@ -68,8 +57,8 @@ class SoughtTails::Matching final {
   void run() {
     const std::size_t last = m_group.components.size() - 1;
     for (std::size_t i = 0; i <= last; ++i) {
-      const NameIndex::Name& name = m_group.components[i];
-      if (name.bytes.empty() || (i < last && !m_index.hasOpaqueCalled(name)))
+      const SoughtName& name = m_group.components[i];
+      if (name.text.empty() || (i < last && !m_index.hasOpaqueCalled(name)))
         continue;
       m_index.forEachCalled(name, [&](NameIndex::Number entry) {
         const bool isDirectory = m_index.kind(entry) == NameIndex::Kind::kDirectory;
@@ -88,10 +77,10 @@ class SoughtTails::Matching final {
     if (m_index.rootOf(m_index.directoryOf(entry), level) != m_root)
       return;
     bool isExact = true;
-    std::string known;
+    NameString known;
     for (std::size_t first = at;; --first) {
-      const std::string_view name = m_index.name(entry);
-      isExact = isExact && name == m_group.components[first].bytes;
+      const NameView name = m_index.name(entry);
+      isExact = isExact && isSpelledAs(name, m_group.components[first].text);
       known.insert(0, known.empty() ? 0 : 1, TailMatch::kSeparator);
       known.insert(0, name);
       const NameIndex::Number directory = m_index.directoryOf(entry);
@@ -108,7 +97,7 @@ class SoughtTails::Matching final {
   void add(std::size_t first,
            std::size_t at,
            NameIndex::Number directory,
-           const std::string& known,
+           const NameString& known,
            bool isExact) {
     const std::size_t length = m_group.components.size() - first;
     const std::size_t tail = m_group.tailOfLength[length];
@@ -133,7 +122,7 @@ std::vector<std::vector<TailMatch>> SoughtTails::matches(const NameIndex& index,
   return matches;
 }
 
-std::span<const NameIndex::Name> SoughtTails::components(std::size_t tail) const {
+std::span<const SoughtName> SoughtTails::components(std::size_t tail) const {
   for (const Group& group : m_groups) {
     const auto found = std::ranges::find(group.tailOfLength, tail);
     if (found != group.tailOfLength.end())
