@@ -10,95 +10,12 @@
 #include <string_view>
 #include <utility>
 
+#include "paku/directory_listing_win32.h"
 #include "paku/directory_tree.h"
-#include "paku/file_status_win32.h"
 #include "paku/native_path_win32.h"
-#include "paku/no_dialogs_win32.h"
 
 namespace PAKU_3_1::internal {
 namespace {
-
-std::wstring pathBelow(const std::wstring& directory, std::wstring_view below) {
-  if (below.empty())
-    return directory;
-  std::wstring path = directory;
-  if (path.back() != L'\\')
-    path += L'\\';
-  return path.append(below);
-}
-
-bool isDots(const wchar_t* name) {
-  return std::wstring_view(name) == L"." || std::wstring_view(name) == L"..";
-}
-
-/// Owns a running listing.
-class Listing final {
- public:
-  /// `pattern`: a directory with "\*" behind it, or a path without a wildcard: that entry alone.
-  explicit Listing(const std::wstring& pattern) {
-    if (pattern.size() <= kLongestPath)
-      m_find = FindFirstFileExW(pattern.c_str(),
-                                FindExInfoBasic,
-                                &m_entry,
-                                FindExSearchNameMatch,
-                                nullptr,
-                                FIND_FIRST_EX_LARGE_FETCH);
-  }
-  ~Listing() {
-    if (isOpen())
-      FindClose(m_find);
-  }
-
-  Listing(const Listing&) = delete;
-  Listing& operator=(const Listing&) = delete;
-
-  bool isOpen() const { return m_find != INVALID_HANDLE_VALUE; }
-  const WIN32_FIND_DATAW& entry() const { return m_entry; }
-  bool next() { return FindNextFileW(m_find, &m_entry) != 0; }
-
- private:
-  const NoDialogs m_noDialogs;
-  WIN32_FIND_DATAW m_entry = {};
-  HANDLE m_find = INVALID_HANDLE_VALUE;
-};
-
-/// Links and junctions name another place. Other files with a tag are stored in a special way only.
-bool isLink(const WIN32_FIND_DATAW& entry) {
-  if (!(entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT))
-    return false;
-  return entry.dwReserved0 == 0 || IsReparseTagNameSurrogate(entry.dwReserved0);
-}
-
-bool isRealDirectory(const WIN32_FIND_DATAW& entry) {
-  return (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && !isLink(entry);
-}
-
-EntryKind kindOfPath(const std::wstring& directory, std::wstring_view below) {
-  WIN32_FILE_ATTRIBUTE_DATA status = {};
-  const bool isPath = canBeName(below) && directory.size() + below.size() < kLongestPath;
-  if (!isPath || statusOf(pathBelow(directory, below), status) != 0)
-    return EntryKind::kNothing;
-  return isDirectory(status) ? EntryKind::kDirectory : EntryKind::kFile;
-}
-
-/// Returns how the entry is called on disk; nothing when there is none.
-std::wstring nameOnDisk(const std::wstring& directory, std::wstring_view below) {
-  if (below.empty() || !canBeName(below))
-    return {};
-  const Listing listing(pathBelow(directory, below));
-  return listing.isOpen() ? listing.entry().cFileName : std::wstring();
-}
-
-std::wstring pathOnDisk(const std::wstring& directory, const std::wstring& below) {
-  std::wstring spelled;
-  for (std::size_t at = 0; at < below.size();) {
-    const std::size_t end = std::min(below.find(L'\\', at), below.size());
-    const std::wstring name = nameOnDisk(directory, std::wstring_view(below).substr(0, end));
-    appendEntry(spelled, name.empty() ? below.substr(at, end - at) : name);
-    at = end + 1;
-  }
-  return spelled;
-}
 
 class OpenDirectory final : public MatchDirectory {
  public:
@@ -182,12 +99,27 @@ class Walk final {
   };
 
   bool visit(const Directory& directory) {
-    Contents contents = read(directory);
+    Contents contents = m_depth == 0 ? lookUp() : read(directory);
     schedule(directory, std::move(contents.children));
     std::ranges::sort(contents.matches);
     const OpenDirectory open(m_root, directory.below);
     return std::ranges::all_of(contents.matches,
                                [&](const auto& name) { return report(open, name); });
+  }
+
+  /// The entries that bear sought names, each looked up by itself.
+  Contents lookUp() const {
+    Contents contents;
+    for (const std::wstring& name : m_names.all()) {
+      // A short name leads to an entry that is called otherwise.
+      std::wstring entry = nameOnDisk(m_root, name);
+      if (!entry.empty() && Names::areEqual(entry, name))
+        contents.matches.push_back(std::move(entry));
+    }
+    std::ranges::sort(contents.matches);
+    contents.matches.erase(std::unique(contents.matches.begin(), contents.matches.end()),
+                           contents.matches.end());
+    return contents;
   }
 
   /// Reads to the end, so that the directory is closed when the visitor is called. Nothing for one
