@@ -4,7 +4,8 @@
 // Objects are born in static `create` factories, shared through `ObjectPtr` and destroyed by the
 // last release. Callers never use new or delete on them. Counts are plain integers: references to
 // one object are taken and dropped under the caller's own locking, except for file searches,
-// directory lists and the message manager, which guard their counts themselves.
+// directory lists, sets of path mappings and the message manager, which guard their counts
+// themselves.
 
 #pragma once
 

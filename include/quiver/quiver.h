@@ -15,7 +15,7 @@
 //
 // Start with file_search.h (the questions), search_dirs.h and search_env.h (where to look), and
 // search_results.h (the answers). Then resolution_context.h and search_manipulator.h, which
-// remember what was found.
+// remember what was found, and path_mapping.h, which learns where a whole tree lies.
 
 #pragma once
 
@@ -27,6 +27,7 @@
 #include "quiver/locks.h"
 #include "quiver/messages.h"
 #include "quiver/object.h"
+#include "quiver/path_mapping.h"
 #include "quiver/ref_count.h"
 #include "quiver/resolution_context.h"
 #include "quiver/search_callbacks.h"

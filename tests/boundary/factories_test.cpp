@@ -76,6 +76,15 @@ TEST(Factories, MakeSearchManipulators) {
   EXPECT_EQ(manipulator->getSearchHistory().get(), history.get());
 }
 
+TEST(Factories, MakePathMappings) {
+  const auto mappings = IPathMappings::create();
+  expectFresh(mappings);
+  EXPECT_TRUE(mappings->learn(L"/ci/src/a.cpp", L"/home/u/src/a.cpp"));
+  const auto mapping = mappings->getMapping(0);
+  expectFresh(mapping);
+  EXPECT_STREQ(mapping->getRecordedPrefix(), L"/ci");
+}
+
 TEST(Factories, StartAfreshAfterTheLastReferenceToASingleton) {
   auto manager = IMessageMgr::create();
   EXPECT_EQ(IMessageMgr::create().get(), manager.get());
