@@ -116,8 +116,8 @@ TEST_F(ProgramResolving, TriesMappedPathsFirst) {
   const std::string file = add("co/src/a.c", "new");
   add("other/a.c", "new");
   const std::string manifest = manifestOf(json::array({source("/ci/src/a.c", kMd5OfNew)}));
-  const RunResult run =
-      resolve({manifest, "-d", path("other") + ",high", "--map", "/ci=" + path("co"), "--json"});
+  const RunResult run = resolve(
+      {manifest, "-d", path("other") + ",high", "--map", "/ci=" + path("co"), "--learn", "--json"});
   const json document = documentOf(run);
   EXPECT_EQ(document.at("files")[1].at("path"), file);
   EXPECT_EQ(document.at("files")[1].at("step"), 7);

@@ -50,7 +50,7 @@ struct UsedMapping {
   std::wstring from;
   std::wstring to;
   bool isLearned = false;
-  std::int64_t confirmations = 0;
+  std::int64_t confirmations = 0;  ///< Counted in runs that learn.
 };
 
 struct Resolution {

@@ -6,7 +6,6 @@
 #include "interrupt.h"
 #include "lookup_callbacks.h"
 #include "outcome_journal.h"
-#include "path_rules.h"
 #include "quiver/quiver.h"
 #include "result_scope.h"
 #include "search_scope.h"
@@ -17,6 +16,8 @@ namespace {
 using QV_2_9::IChecksum;
 using QV_2_9::IChecksumCalculator;
 using QV_2_9::IFileSearch;
+using QV_2_9::IPathMapping;
+using QV_2_9::IPathMappings;
 using QV_2_9::IValidatorCallback;
 using Clock = std::chrono::steady_clock;
 
@@ -43,9 +44,7 @@ class Run final {
         m_scope(options.places.results),
         m_progress(watcher.writeDownloads) {
     m_scope.setSearchDirs(searchDirs(options.places));
-    m_scope.setCallbacks(m_choosing, m_showing);
-    m_scope.setCallback(m_rules);
-    for (const PathRule& rule : options.rules) m_rules.add(rule.from, rule.to);
+    installCallbacks();
     m_search = IFileSearch::create(m_scope.createSearchEnv(archiveDirs(options.places, kCategories),
                                                            environmentInfo(options.places)));
   }
@@ -60,15 +59,36 @@ class Run final {
       return false;
     file.microseconds = microsecondsSince(start);
     take(answer, file);
-    m_rules.note(file.recorded.name, m_outcome, m_options.isLearning);
     if (m_options.report)
       file.journal = journalOf(m_outcome, m_resolution.texts);
     return true;
   }
 
-  const std::vector<UsedMapping>& rules() const { return m_rules.rules(); }
+  std::vector<UsedMapping> mappings() const {
+    std::vector<UsedMapping> mappings;
+    for (std::int32_t i = 0; const ObjectPtr<IPathMapping> one = m_mappings->getMapping(i); ++i) {
+      mappings.push_back({one->getRecordedPrefix(),
+                          one->getLocalPrefix(),
+                          one->isLearned(),
+                          one->getConfirmationCount()});
+    }
+    return mappings;
+  }
 
  private:
+  // Mappings learn from what the callbacks of a search see, which they pass on to ours.
+  void installCallbacks() {
+    for (const PathRule& rule : m_options.rules)
+      m_mappings->addMapping(rule.from.c_str(), rule.to.c_str());
+    m_scope.setCallback(*m_mappings->getSearchStartedCallback());
+    if (!m_options.isLearning)
+      return m_scope.setCallbacks(m_choosing, m_showing);
+    m_mappings->setFilesFoundUserCallback(&m_choosing);
+    m_mappings->setNoFilesFoundUserCallback(&m_showing);
+    m_scope.setCallbacks(*m_mappings->getFilesFoundCallback(),
+                         *m_mappings->getNoFilesFoundCallback());
+  }
+
   void take(const ObjectPtr<IValidFile>& answer, ResolvedFile& file) {
     file.state = answer ? FileState::Found : FileState::NotFound;
     if (!answer) {
@@ -118,7 +138,7 @@ class Run final {
   Outcome m_outcome;
   ChoosingCallback m_choosing;
   ShowingCallback m_showing;
-  PathRules m_rules;
+  ObjectPtr<IPathMappings> m_mappings = IPathMappings::create();
   ResultScope m_scope;
   DownloadProgress m_progress;
   ObjectPtr<IChecksumCalculator> m_calculator = IChecksumCalculator::create();
@@ -137,7 +157,7 @@ void resolveAll(const ResolveOptions& options,
     if (resolution.isInterrupted)
       break;
   }
-  resolution.mappings = run.rules();
+  resolution.mappings = run.mappings();
 }
 
 }  // namespace
