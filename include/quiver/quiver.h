@@ -34,6 +34,7 @@
 #include "quiver/search_dirs.h"
 #include "quiver/search_env.h"
 #include "quiver/search_history.h"
+#include "quiver/search_journal.h"
 #include "quiver/search_manipulator.h"
 #include "quiver/search_results.h"
 #include "quiver/source_file_validators.h"

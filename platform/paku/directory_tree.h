@@ -78,8 +78,12 @@ class DirectoryTree final {
   /// first; in each the entries in ascending order. Links to directories are not entered.
   void visit(const std::vector<std::wstring>& names, int depth, const Visitor& visitor) const;
 
+  /// Returns how many entries the visits have read.
+  std::uint64_t entriesRead() const { return m_entriesRead; }
+
  private:
   std::intptr_t m_handle;
+  mutable std::uint64_t m_entriesRead = 0;
 };
 
 /// Makes the directory `below` the entry `name` of it.

@@ -67,8 +67,16 @@ class OpenDirectory final : public MatchDirectory {
 /// Directories that are still to be read wait on a stack, as paths, so that nothing recurses.
 class Walk final {
  public:
-  Walk(int start, const NameTable& names, int depth, const DirectoryTree::Visitor& visitor)
-      : m_ancestors(start), m_names(names), m_depth(depth), m_visitor(visitor) {}
+  Walk(int start,
+       const NameTable& names,
+       int depth,
+       const DirectoryTree::Visitor& visitor,
+       std::uint64_t& entriesRead)
+      : m_ancestors(start),
+        m_names(names),
+        m_depth(depth),
+        m_visitor(visitor),
+        m_entriesRead(entriesRead) {}
 
   void run() {
     m_pending.push_back({"", 0});
@@ -100,6 +108,7 @@ class Walk final {
     std::vector<Entry> entries;
     std::vector<std::string> children;
     forEachEntry(fd, [&](std::string_view name, unsigned char type) {
+      ++m_entriesRead;
       if (const auto* names = m_names.find(name))
         entries.push_back({std::string(name), type, names});
       if (descends && isRealDirectory(fd, name, type))
@@ -135,6 +144,7 @@ class Walk final {
   const NameTable& m_names;
   const int m_depth;
   const DirectoryTree::Visitor& m_visitor;
+  std::uint64_t& m_entriesRead;
   std::vector<Directory> m_pending;
 };
 
@@ -166,7 +176,7 @@ void DirectoryTree::visit(const std::vector<std::wstring>& names,
                           int depth,
                           const Visitor& visitor) const {
   const NameTable table(names);
-  Walk(static_cast<int>(m_handle), table, depth, visitor).run();
+  Walk(static_cast<int>(m_handle), table, depth, visitor, m_entriesRead).run();
 }
 
 }  // namespace PAKU_3_1::internal

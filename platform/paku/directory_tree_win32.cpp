@@ -74,8 +74,13 @@ class Walk final {
   Walk(const std::wstring& root,
        const Names& names,
        int depth,
-       const DirectoryTree::Visitor& visitor)
-      : m_root(root), m_names(names), m_depth(depth), m_visitor(visitor) {}
+       const DirectoryTree::Visitor& visitor,
+       std::uint64_t& entriesRead)
+      : m_root(root),
+        m_names(names),
+        m_depth(depth),
+        m_visitor(visitor),
+        m_entriesRead(entriesRead) {}
 
   void run() {
     m_pending.push_back({L"", 0});
@@ -134,6 +139,7 @@ class Walk final {
       const WIN32_FIND_DATAW& entry = listing.entry();
       if (isDots(entry.cFileName))
         continue;
+      ++m_entriesRead;
       if (m_names.isSought(entry.cFileName))
         contents.matches.emplace_back(entry.cFileName);
       if (descends && isRealDirectory(entry))
@@ -167,6 +173,7 @@ class Walk final {
   const Names& m_names;
   const int m_depth;
   const DirectoryTree::Visitor& m_visitor;
+  std::uint64_t& m_entriesRead;
   std::vector<Directory> m_pending;
 };
 
@@ -202,7 +209,7 @@ std::wstring DirectoryTree::spelling(const std::wstring& below) const {
 void DirectoryTree::visit(const std::vector<std::wstring>& names,
                           int depth,
                           const Visitor& visitor) const {
-  Walk(rootOf(m_handle), Names(names), depth, visitor).run();
+  Walk(rootOf(m_handle), Names(names), depth, visitor, m_entriesRead).run();
 }
 
 }  // namespace PAKU_3_1::internal

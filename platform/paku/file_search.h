@@ -12,6 +12,7 @@
 
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "paku/filename.h"
@@ -28,6 +29,33 @@ class IFileScanCallback {
   virtual ~IFileScanCallback() = default;            // 1
 };
 
+/// How one directory of a search was served.
+struct ScannedDirectory {
+  enum class State {
+    kSearched,  ///< To its end.
+    kEnded,     ///< The callback ended the search in it.
+    kMissing,   ///< No directory.
+    kUnreadable,
+    kRepeated,     ///< Served before in the same search.
+    kNotSearched,  ///< The search had ended, or the name has nothing to look for.
+  };
+
+  const String& path;  ///< As it was added.
+  int depth;
+  State state;
+  bool isFromIndex;
+  std::uint64_t entries;  ///< Entries read from disk, or files that the index yielded.
+};
+
+/// Hears of the directories of a search, of each when it is over, in their order.
+class IScanWatcher {
+ public:
+  virtual void onDirectory(const ScannedDirectory& directory) = 0;  // 0
+
+ protected:
+  ~IScanWatcher() = default;
+};
+
 class FileSearch final {
  public:
   /// `depth`: how many levels of sub-directories belong to the search, 0 for the directory alone,
@@ -35,8 +63,8 @@ class FileSearch final {
   void addSearchDirectory(const Filename& directory, int depth, int reserved);
   void clearSearchDirectories();
 
-  /// Reports the files called `name` to `callback` until that returns false.
-  void find(const String& name, IFileScanCallback& callback) const;
+  /// Reports the files called `name` to `callback` until that returns false. `watcher` may be null.
+  void find(const String& name, IFileScanCallback& callback, IScanWatcher* watcher = nullptr) const;
 
  private:
   struct SearchDirectory {

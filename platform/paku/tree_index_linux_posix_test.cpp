@@ -32,6 +32,19 @@ using testing::IsEmpty;
 
 constexpr std::size_t kMemory = std::size_t{16} << 20;
 
+/// Notes how the first directory of a search was served.
+class FirstDirectory final : public IScanWatcher, public IFileScanCallback {
+ public:
+  bool isFromIndex = false;
+  std::uint64_t entries = 0;
+
+  bool onFileFound(const String&) override { return true; }
+  void onDirectory(const ScannedDirectory& directory) override {
+    isFromIndex = directory.isFromIndex;
+    entries = directory.entries;
+  }
+};
+
 /// No test sees the indexes of another, and none leaves its settings behind.
 class TreeIndexLinux : public testing::Test {
  protected:
@@ -284,6 +297,23 @@ TEST_F(TreeIndexLinux, IsGivenUpWhenAMountChangesWhatLiesBelow) {
     GTEST_SKIP() << "this machine gives us no file system of our own";
   EXPECT_TRUE(confined.hasEnded);
   EXPECT_EQ(confined.report, "110011 dropped 1");
+}
+
+TEST_F(TreeIndexLinux, TellsAWatcherWhatCameFromIt) {
+  TempTree tree;
+  tree.addFile("a/x.c");
+  tree.addFile("b/y.c");
+  use(IndexUse::kFromSecondScan);
+  FileSearch search;
+  search.addSearchDirectory(Filename(String(tree.path("").c_str()), 0, false), -1, 0);
+  FirstDirectory walked;
+  search.find(String(L"x.c"), walked, &walked);
+  EXPECT_FALSE(walked.isFromIndex);
+  EXPECT_EQ(walked.entries, 4u);
+  FirstDirectory indexed;
+  search.find(String(L"x.c"), indexed, &indexed);
+  EXPECT_TRUE(indexed.isFromIndex);
+  EXPECT_EQ(indexed.entries, 1u);
 }
 
 }  // namespace

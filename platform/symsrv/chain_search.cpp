@@ -2,6 +2,7 @@
 
 #include "symsrv/chain_search.h"
 
+#include "paku/text_encoding.h"
 #include "symsrv/pdb_identity.h"
 #include "symsrv/pointer_file.h"
 #include "symsrv/safe_name.h"
@@ -61,13 +62,42 @@ void ChainSearch::say(const std::string& where, const std::string& what) const {
     m_shared.m_report(printable(where) + ": " + printable(what));
 }
 
+void ChainSearch::answer(StoreOutcome outcome,
+                         const std::string& where,
+                         const std::string& what,
+                         std::uint64_t bytes) {
+  say(where, what);
+  if (m_progress.watcher())
+    m_answer = {outcome, printable(where), printable(what), bytes};
+}
+
+void ChainSearch::tellWatcher(const StoreName& store) const {
+  IStoreWatcher* const watcher = m_progress.watcher();
+  if (!watcher)
+    return;
+  const std::wstring root =
+      PAKU_3_1::decode(printable(store.url ? store.url->shownBelow({}) : store.directory));
+  const std::wstring place = PAKU_3_1::decode(m_answer.place);
+  const std::wstring what = PAKU_3_1::decode(m_answer.what);
+  const std::wstring identity = PAKU_3_1::decode(printable(m_sought.identity()));
+  const StoreOutcome outcome = m_progress.isCanceled() ? StoreOutcome::kCanceled : m_answer.outcome;
+  watcher->onStore({root.c_str(),
+                    place.c_str(),
+                    identity.c_str(),
+                    outcome,
+                    what.c_str(),
+                    static_cast<std::int64_t>(m_answer.bytes)});
+}
+
 std::string ChainSearch::run() {
   for (std::size_t i = 0; i < m_chain.stores.size(); ++i) {
     const bool isServer = m_chain.stores[i].url.has_value();
     for (const Place& place : m_sought.places) {
       if (!(isServer ? place.onServers : place.inDirectories))
         continue;
+      m_answer = {};
       std::string path = isServer ? tryServer(i, place) : tryDirectory(i, place);
+      tellWatcher(m_chain.stores[i]);
       if (!path.empty() || m_progress.isCanceled())
         return path;
     }
@@ -100,12 +130,12 @@ std::string ChainSearch::nearestStore() const {
 std::string ChainSearch::tryDirectory(std::size_t index, const Place& place) {
   const DirectoryStore store = directory(index);
   if (std::string reason = store.reasonAgainst(); !reason.empty()) {
-    say(store.root(), reason);
+    answer(StoreOutcome::kLeftAlone, store.root(), reason);
     return {};
   }
   const std::shared_ptr<Folder> folder = store.find(place);
   if (!folder) {
-    say(store.root(), "not there");
+    answer(StoreOutcome::kMissing, store.root(), "not there");
     return {};
   }
   std::vector<std::string> names = {place.file};
@@ -127,18 +157,22 @@ std::string ChainSearch::tryFile(std::size_t index, IByteSource& file, const std
   if (!isCompressed) {
     const std::string reason = mismatch(file, m_sought);
     if (!reason.empty()) {
-      say(path, reason);
+      answer(StoreOutcome::kMismatch, path, reason, file.size());
       return {};
     }
-    say(path, "found");
+    answer(StoreOutcome::kFound, path, "found", file.size());
     if (index == 0 || m_sought.isByChecksum())
       return path;
   }
   Delivery delivery(storesBefore(index), m_sought, m_settings, m_progress);
   const DeliveryResult result =
       delivery.hasPlace() ? delivery.deliver(file) : DeliveryResult{{}, "no store can be written"};
-  if (!result.reason.empty())
+  if (!result.reason.empty() && isCompressed)
+    answer(StoreOutcome::kFailed, path, result.reason, file.size());
+  else if (!result.reason.empty())
     say(path, result.reason);
+  else if (isCompressed)
+    answer(StoreOutcome::kFound, path, "unpacked", file.size());
   // The right file, and nowhere to bring it: it serves where it lies.
   if (result.path.empty() && !isCompressed && !m_progress.isCanceled())
     return path;
@@ -156,13 +190,15 @@ std::string ChainSearch::tryPointer(std::size_t index,
     return {};
   const PointerFile pointer = parsePointerFile(content);
   if (pointer.kind != PointerFile::Kind::kPath) {
-    say(folder.pathOf("file.ptr"), "no file: " + pointer.text);
+    answer(StoreOutcome::kFailed, folder.pathOf("file.ptr"), "no file: " + pointer.text);
     return {};
   }
   std::string path;
   const std::unique_ptr<FileSource> pointed = openPointed(pointer.text, store.root(), path);
   if (!pointed) {
-    say(folder.pathOf("file.ptr"), "points to nothing in a store: " + pointer.text);
+    answer(StoreOutcome::kFailed,
+           folder.pathOf("file.ptr"),
+           "points to nothing in a store: " + pointer.text);
     return {};
   }
   return tryFile(index, *pointed, path);

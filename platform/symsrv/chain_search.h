@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -47,6 +48,12 @@ class ChainSearch final {
   std::vector<DirectoryStore> storesBefore(std::size_t index) const;
   std::string nearestStore() const;
   void say(const std::string& where, const std::string& what) const;
+  /// Says it, and remembers it as the store's answer.
+  void answer(StoreOutcome outcome,
+              const std::string& where,
+              const std::string& what,
+              std::uint64_t bytes = 0);
+  void tellWatcher(const StoreName& store) const;
 
   Downloader& m_shared;
   const Settings& m_settings;
@@ -54,6 +61,14 @@ class ChainSearch final {
   const Chain& m_chain;
   const SoughtFile& m_sought;
   Progress& m_progress;
+
+  struct Answer {
+    StoreOutcome outcome = StoreOutcome::kMissing;
+    std::string place;
+    std::string what;
+    std::uint64_t bytes = 0;
+  };
+  Answer m_answer;  // of the store that is being asked
 };
 
 }  // namespace symsrv_1_0::internal

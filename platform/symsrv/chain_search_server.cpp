@@ -25,9 +25,14 @@ class LateFile final : public IFetchSink {
       m_delivery.emplace(m_stores, m_sought, m_settings, m_progress);
       m_file = m_delivery->hasPlace() ? m_delivery->newRawFile() : nullptr;
     }
+    m_bytes += count;
     return m_file && m_file->write(bytes, count);
   }
-  bool clear() override { return !m_file || m_file->clear(); }
+  bool clear() override {
+    m_bytes = 0;
+    return !m_file || m_file->clear();
+  }
+  std::uint64_t bytes() const { return m_bytes; }
 
   DeliveryResult deliver() {
     return m_file ? m_delivery->deliver(std::move(m_file)) : DeliveryResult{{}, "empty"};
@@ -40,6 +45,7 @@ class LateFile final : public IFetchSink {
   Progress& m_progress;
   std::optional<Delivery> m_delivery;
   std::unique_ptr<NewFile> m_file;
+  std::uint64_t m_bytes = 0;
 };
 
 /// For answers of which only the status counts.
@@ -48,6 +54,12 @@ class NullSink final : public IFetchSink {
   bool write(const void*, std::size_t) override { return true; }
   bool clear() override { return true; }
 };
+
+StoreOutcome outcomeOf(Kind kind) {
+  if (kind == Kind::kDone)
+    return StoreOutcome::kFound;
+  return kind == Kind::kMissing ? StoreOutcome::kMissing : StoreOutcome::kFailed;
+}
 
 /// Returns what a miss is remembered by. With a query, which may be a secret, nothing may reach the
 /// disk; the second value tells.
@@ -61,10 +73,12 @@ std::pair<std::string, bool> missKey(const Url& url, const std::vector<std::stri
 
 std::string ChainSearch::tryServer(std::size_t index, const Place& place) {
   const Url& url = *m_chain.stores[index].url;
-  if (!m_shared.m_transport)
+  if (!m_shared.m_transport) {
+    answer(StoreOutcome::kLeftAlone, url.shownBelow({}), "servers are not asked here");
     return {};
+  }
   if (std::string reason = m_shared.m_servers.reasonAgainst(url.origin()); !reason.empty()) {
-    say(url.shownBelow({}), "left alone: " + reason);
+    answer(StoreOutcome::kLeftAlone, url.shownBelow({}), "left alone: " + reason);
     return {};
   }
   const auto [key, mayBeStored] = missKey(url, place.components(false, place.file));
@@ -72,7 +86,9 @@ std::string ChainSearch::tryServer(std::size_t index, const Place& place) {
   if (!store.empty())
     m_shared.sweepOnce(store);
   if (m_shared.m_misses.isMissing(key, store)) {
-    say(url.shownBelow(place.components(false, place.file)), "was missing a while ago");
+    answer(StoreOutcome::kLeftAlone,
+           url.shownBelow(place.components(false, place.file)),
+           "was missing a while ago");
     return {};
   }
   Answers answers;
@@ -92,9 +108,11 @@ std::optional<bool> ChainSearch::askTiers(const Url& url) {
   NullSink sink;
   const FetchResult result =
       fetch(*m_shared.m_transport, url.below({"index2.txt"}), m_settings, m_progress, sink);
-  say(url.shownBelow({"index2.txt"}), result.reason);
   const bool isAnswer = result.kind == Kind::kDone || result.kind == Kind::kMissing;
-  if (!isAnswer && !(m_sought.elf && result.status != 0)) {
+  if (isAnswer || (m_sought.elf && result.status != 0)) {
+    say(url.shownBelow({"index2.txt"}), result.reason);
+  } else {
+    answer(StoreOutcome::kFailed, url.shownBelow({"index2.txt"}), result.reason);
     Answers unused;
     judgeFailure(url, result, unused);
     return std::nullopt;
@@ -126,14 +144,14 @@ std::string ChainSearch::download(std::size_t index,
   LateFile sink(storesBefore(index), m_sought, m_settings, m_progress);
   const FetchResult result =
       fetch(*m_shared.m_transport, url.below(components), m_settings, m_progress, sink);
-  say(shown, result.reason);
+  answer(outcomeOf(result.kind), shown, result.reason, sink.bytes());
   if (result.kind != Kind::kDone) {
     judgeFailure(url, result, answers);
     return {};
   }
   DeliveryResult delivered = sink.deliver();
   if (delivered.path.empty())
-    say(shown, delivered.reason);
+    answer(StoreOutcome::kMismatch, shown, delivered.reason, sink.bytes());
   answers.isForGood = false;
   return delivered.path;
 }

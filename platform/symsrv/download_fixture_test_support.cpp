@@ -47,6 +47,20 @@ void ProgressRecorder::count(bool* cancel) {
     *cancel = true;
 }
 
+void ProgressRecorder::onStore(const StoreReport& report) {
+  const auto bytesOf = [](const wchar_t* text) {
+    std::string bytes;
+    PAKU_3_1::encode(text, bytes);
+    return bytes;
+  };
+  m_stores.push_back({bytesOf(report.store),
+                      bytesOf(report.place),
+                      bytesOf(report.identity),
+                      report.outcome,
+                      bytesOf(report.detail),
+                      report.bytes});
+}
+
 void ProgressRecorder::onStart(int value, bool* cancel) {
   ++m_started;
   m_size = value;

@@ -16,12 +16,24 @@
 
 namespace symsrv_1_0::internal {
 
+/// What a store answered; texts as the module's own.
+struct RecordedStore {
+  std::string store;
+  std::string place;
+  std::string identity;
+  StoreOutcome outcome;
+  std::string detail;
+  std::int64_t bytes;
+};
+
 /// Records calls, and cancels or throws when told to.
-class ProgressRecorder final : public IDownloadProgressCallback {
+class ProgressRecorder final : public IDownloadProgressCallback, public IStoreWatcher {
  public:
   void onStart(int value, bool* cancel) override;
   void onProgress(int value, bool* cancel) override;
   void onFinish() override { ++m_finished; }
+  IStoreWatcher* storeWatcher() override { return m_isWatching ? this : nullptr; }
+  void onStore(const StoreReport& report) override;
 
   int m_started = 0;
   int m_finished = 0;
@@ -29,6 +41,8 @@ class ProgressRecorder final : public IDownloadProgressCallback {
   int m_last = -1;
   int m_cancelAfter = -1;  ///< Calls; -1: never.
   int m_throwAfter = -1;
+  bool m_isWatching = false;
+  std::vector<RecordedStore> m_stores;
 
  private:
   void count(bool* cancel);

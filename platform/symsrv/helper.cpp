@@ -12,6 +12,14 @@ bool toUtf8(const wchar_t* text, std::string& bytes) {
   return text && PAKU_3_1::encode(text, bytes);
 }
 
+void tellOfNoStore(IDownloadProgressCallback* callback, const std::string& reason) {
+  IStoreWatcher* const watcher = callback ? callback->storeWatcher() : nullptr;
+  if (!watcher)
+    return;
+  const std::wstring text = PAKU_3_1::decode(printable(reason));
+  watcher->onStore({L"", L"", L"", StoreOutcome::kLeftAlone, text.c_str(), 0});
+}
+
 }  // namespace
 
 SymSrvHelper::SymSrvHelper(Settings settings, std::unique_ptr<ITransport> transport, Report report)
@@ -29,18 +37,31 @@ void SymSrvHelper::addServer(const wchar_t* element) {
     return;
   const std::lock_guard guard(m_lock);
   const std::string refusal = m_servers.add(text, m_downloader.settings().defaultStore);
-  if (!refusal.empty())
-    say(refusal);
+  if (refusal.empty())
+    return;
+  m_refusals.push_back(refusal);
+  say(refusal);
 }
 
 void SymSrvHelper::clearServers() {
   const std::lock_guard guard(m_lock);
   m_servers.clear();
+  m_refusals.clear();
 }
 
 std::vector<Chain> SymSrvHelper::chains() const {
   const std::lock_guard guard(m_lock);
   return m_servers.chains();
+}
+
+std::vector<std::string> SymSrvHelper::refusals() const {
+  const std::lock_guard guard(m_lock);
+  return m_refusals;
+}
+
+void SymSrvHelper::refuse(IDownloadProgressCallback* callback, const std::string& line) const {
+  say(line);
+  tellOfNoStore(callback, line);
 }
 
 QV_2_9::ObjectPtr<ISymbolFileInfo> SymSrvHelper::download(const wchar_t* binaryFile,
@@ -49,14 +70,15 @@ QV_2_9::ObjectPtr<ISymbolFileInfo> SymSrvHelper::download(const wchar_t* binaryF
   const std::unique_ptr<FileSource> binary =
       toUtf8(binaryFile, name) ? FileSource::open(name) : nullptr;
   if (!binary) {
-    say(name + ": cannot be read");
+    refuse(callback, name + ": cannot be read");
     return nullptr;
   }
   const SoughtResult sought = soughtFileOf(*binary, name);
   if (!sought.file) {
-    say(name + ": " + sought.reason);
+    refuse(callback, name + ": " + sought.reason);
     return nullptr;
   }
+  for (const std::string& refusal : refusals()) tellOfNoStore(callback, refusal);
   Progress progress(callback);
   const std::string path = m_downloader.obtain(chains(), *sought.file, progress);
   progress.finish();

@@ -6,6 +6,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <vector>
 
 #include "symsrv/downloader.h"
 #include "symsrv/symsrv_helper.h"
@@ -56,12 +57,16 @@ class SymSrvHelper final : public Counted<ISymSrvHelper> {
 
  private:
   void say(const std::string& line) const;
+  /// Says it, and tells the watcher of `callback` that no store is asked.
+  void refuse(IDownloadProgressCallback* callback, const std::string& line) const;
   std::vector<Chain> chains() const;
+  std::vector<std::string> refusals() const;
 
   const Report m_report;
   Downloader m_downloader;
   mutable std::mutex m_lock;
-  ChainList m_servers;  // guarded by m_lock
+  ChainList m_servers;                  // guarded by m_lock
+  std::vector<std::string> m_refusals;  // why elements are not in m_servers; guarded by m_lock
 };
 
 }  // namespace symsrv_1_0::internal

@@ -34,6 +34,9 @@ class Progress final {
 
   bool isCanceled() const { return m_isCanceled; }
 
+  /// Returns who wants to hear of the stores; may be null.
+  IStoreWatcher* watcher() const { return m_callback ? m_callback->storeWatcher() : nullptr; }
+
   /// Says that it is over, once, and only to who was told that it began.
   void finish();
 

@@ -131,4 +131,12 @@ SoughtResult soughtFileOf(IByteSource& binary, std::string_view binaryName) {
   return soughtByCodeView(*pe->codeView, binaryName);
 }
 
+std::string SoughtFile::identity() const {
+  if (codeView)
+    return name + "/" + codeViewId(*codeView);
+  if (!isByChecksum())
+    return lowerHexBytes(elf->buildId);
+  return elf->debugLink ? name + " " + lowerHex(elf->debugLink->crc, 8) : name;
+}
+
 }  // namespace symsrv_1_0::internal

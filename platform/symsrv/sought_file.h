@@ -42,6 +42,10 @@ struct SoughtFile {
   /// name; such a file is used where it lies.
   const Place* cachePlace() const;
 
+  /// Returns what tells the file from those of other builds, for people: "app.pdb/ID", or the build
+  /// ID or the name and check sum of an ELF file.
+  std::string identity() const;
+
   /// Returns true when only the name and a checksum of the content are known.
   bool isByChecksum() const { return elf && elf->buildId.empty(); }
 };

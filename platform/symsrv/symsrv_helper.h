@@ -10,6 +10,40 @@
 
 namespace symsrv_1_0 {
 
+/// What a store answered, or why it was not asked.
+enum class StoreOutcome : std::int32_t {
+  kFound = 0,      ///< The file, and it belongs to the binary.
+  kMissing = 1,    ///< No such file.
+  kMismatch = 2,   ///< A file that does not belong to the binary.
+  kFailed = 3,     ///< Nothing that could be used.
+  kLeftAlone = 4,  ///< It was not asked.
+  kCanceled = 5,   ///< The caller wanted no more.
+};
+
+/// Texts are never null, and carry no credentials and no queries of addresses.
+struct StoreReport {
+  const wchar_t* store;     ///< The store's root. Empty when no store was reached.
+  const wchar_t* place;     ///< Where it was asked; may be empty.
+  const wchar_t* identity;  ///< What tells the symbol file from others; empty when unknown.
+  StoreOutcome outcome;
+  const wchar_t* detail;  ///< For people.
+  std::int64_t bytes;     ///< That came, or the size in a directory.
+};
+
+/// Hears what each store says.
+///
+/// Implemented by: the caller.
+/// Lifetime: borrowed for the `download` call.
+/// Threads: the thread of that call.
+/// Failure: an exception ends the download and leaves through `download`.
+class IStoreWatcher {
+ public:
+  virtual void onStore(const StoreReport& report) = 0;  // 0
+
+ protected:
+  ~IStoreWatcher() = default;
+};
+
 /// Follows one download.
 ///
 /// Implemented by: the caller.
@@ -24,6 +58,8 @@ class IDownloadProgressCallback {
   virtual void onProgress(int value, bool* cancel) = 0;  // 1
   /// Called once after `onStart`, however it ended.
   virtual void onFinish() = 0;  // 2
+  /// Returns who wants to hear of the stores. Null for nobody: nothing is composed then.
+  virtual IStoreWatcher* storeWatcher() { return nullptr; }  // 3
 
  protected:
   ~IDownloadProgressCallback() = default;
@@ -60,7 +96,7 @@ class ISymSrvHelper : public QV_2_9::IQVObject {
 };
 
 /// Changes when anything above does; the module answers only to the number it was built with.
-inline constexpr std::int32_t kInterfaceVersion = 1;
+inline constexpr std::int32_t kInterfaceVersion = 2;
 
 /// The one function of the module, by name and by type. Returns null or a new object.
 inline constexpr const char* kCreateFunction = "quiver_symsrv_create";

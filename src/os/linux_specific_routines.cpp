@@ -64,6 +64,14 @@ std::wstring LinuxSpecificRoutines::downloadSymbolFileFromEnvironment(
   return m_download.fetchFromEnvironment(binaryFile, progress);
 }
 
+std::wstring LinuxSpecificRoutines::downloadWatched(const wchar_t* binaryFile,
+                                                    const std::vector<std::wstring>* symbolPath,
+                                                    ISymbolDownloadProgress* progress,
+                                                    symsrv_1_0::IStoreWatcher& watcher) {
+  return symbolPath ? m_download.fetch(binaryFile, *symbolPath, progress, &watcher)
+                    : m_download.fetchFromEnvironment(binaryFile, progress, &watcher);
+}
+
 std::wstring LinuxSpecificRoutines::mapFileName(const wchar_t* name, std::int32_t) {
   return name ? name : L"";
 }

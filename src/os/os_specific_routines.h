@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "symsrv/symsrv_helper.h"
+
 #include "quiver/symbol_download.h"
 #include "search/file_search_strategy.h"
 
@@ -34,6 +36,15 @@ class IOSSpecificRoutines {
       ISymbolDownloadProgress* progress) = 0;  // 6
   /// Returns the name to search for.
   virtual std::wstring mapFileName(const wchar_t* name, std::int32_t osType) = 0;  // 7
+  /// Does what 5 does, or 6 when `symbolPath` is null, and lets `watcher` hear of the stores. As it
+  /// stands here there is nothing to hear.
+  virtual std::wstring downloadWatched(const wchar_t* binaryFile,
+                                       const std::vector<std::wstring>* symbolPath,
+                                       ISymbolDownloadProgress* progress,
+                                       symsrv_1_0::IStoreWatcher& /*watcher*/) {  // 8
+    return symbolPath ? downloadSymbolFile(binaryFile, *symbolPath, progress)
+                      : downloadSymbolFileFromEnvironment(binaryFile, progress);
+  }
 
  protected:
   ~IOSSpecificRoutines() = default;

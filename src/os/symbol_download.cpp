@@ -2,6 +2,8 @@
 
 #include "os/symbol_download.h"
 
+#include <algorithm>
+
 #include "core/lock.h"
 #include "os/symbol_path.h"
 
@@ -39,6 +41,15 @@ ObjectPtr<ISymSrvHelper> makeHelper() {
   return g_factoryForTest ? g_factoryForTest() : ISymSrvHelper::create();
 }
 
+/// Tells a watcher, when there are servers and somebody listens, why none of them is asked.
+void tellNoneAsked(symsrv_1_0::IStoreWatcher* watcher,
+                   const std::vector<std::wstring>& elements,
+                   const wchar_t* reason) {
+  const auto isServer = [](const std::wstring& e) { return isSymbolServerElement(e.c_str()); };
+  if (watcher && std::ranges::any_of(elements, isServer))
+    watcher->onStore({L"", L"", L"", symsrv_1_0::StoreOutcome::kLeftAlone, reason, 0});
+}
+
 }  // namespace
 
 void setSymSrvHelperFactoryForTest(SymSrvHelperFactory factory) {
@@ -65,21 +76,27 @@ bool SymbolDownload::registerServers(const std::vector<std::wstring>& elements) 
 
 std::wstring SymbolDownload::fetch(const wchar_t* binaryFile,
                                    const std::vector<std::wstring>& elements,
-                                   ISymbolDownloadProgress* progress) {
-  if (!binaryFile || binaryFile[0] == L'\0')
+                                   ISymbolDownloadProgress* progress,
+                                   symsrv_1_0::IStoreWatcher* watcher) {
+  if (!binaryFile || binaryFile[0] == L'\0') {
+    tellNoneAsked(watcher, elements, L"the binary is not known");
     return {};
+  }
   const LockGuard guard(&g_downloadLock);
-  if (!registerServers(elements))
+  if (!registerServers(elements)) {
+    tellNoneAsked(watcher, elements, L"there is no module for symbol servers");
     return {};
-  SymSrvDownloadProgressCallback callback(progress);
+  }
+  SymSrvDownloadProgressCallback callback(progress, watcher);
   const ObjectPtr<ISymbolFileInfo> file = m_helper->download(binaryFile, &callback);
   const wchar_t* path = file ? file->getPath() : nullptr;
   return path ? path : std::wstring();
 }
 
 std::wstring SymbolDownload::fetchFromEnvironment(const wchar_t* binaryFile,
-                                                  ISymbolDownloadProgress* progress) {
-  return fetch(binaryFile, symbolPathElements(), progress);
+                                                  ISymbolDownloadProgress* progress,
+                                                  symsrv_1_0::IStoreWatcher* watcher) {
+  return fetch(binaryFile, symbolPathElements(), progress, watcher);
 }
 
 }  // namespace internal

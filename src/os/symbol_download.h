@@ -17,16 +17,19 @@ namespace QV_2_9 {
 /// Passes progress on to the caller's object. Without one, nothing is asked and nothing canceled.
 class SymSrvDownloadProgressCallback final : public symsrv_1_0::IDownloadProgressCallback {
  public:
-  /// `progress` may be null; it is not owned.
-  explicit SymSrvDownloadProgressCallback(ISymbolDownloadProgress* progress)
-      : m_progress(progress) {}
+  /// Both may be null; neither is owned.
+  explicit SymSrvDownloadProgressCallback(ISymbolDownloadProgress* progress,
+                                          symsrv_1_0::IStoreWatcher* watcher = nullptr)
+      : m_progress(progress), m_watcher(watcher) {}
 
   void onStart(int value, bool* cancel) override;
   void onProgress(int value, bool* cancel) override;
   void onFinish() override;
+  symsrv_1_0::IStoreWatcher* storeWatcher() override { return m_watcher; }
 
  private:
   ISymbolDownloadProgress* m_progress;
+  symsrv_1_0::IStoreWatcher* m_watcher;
 };
 
 namespace internal {
@@ -40,12 +43,16 @@ class SymbolDownload final {
 
   /// Returns the local path of the binary's symbol file. Empty when `binaryFile` is null or empty,
   /// when no element names a server, when there is no helper, and when no server had the file.
+  /// `watcher` hears of the stores; it may be null.
   std::wstring fetch(const wchar_t* binaryFile,
                      const std::vector<std::wstring>& elements,
-                     ISymbolDownloadProgress* progress);
+                     ISymbolDownloadProgress* progress,
+                     symsrv_1_0::IStoreWatcher* watcher = nullptr);
 
   /// The same over the elements of the environment's symbol path.
-  std::wstring fetchFromEnvironment(const wchar_t* binaryFile, ISymbolDownloadProgress* progress);
+  std::wstring fetchFromEnvironment(const wchar_t* binaryFile,
+                                    ISymbolDownloadProgress* progress,
+                                    symsrv_1_0::IStoreWatcher* watcher = nullptr);
 
  private:
   bool registerServers(const std::vector<std::wstring>& elements);

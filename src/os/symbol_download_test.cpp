@@ -46,12 +46,23 @@ class FakeHelper final : public RefCountImpl<symsrv_1_0::ISymSrvHelper> {
   ObjectPtr<symsrv_1_0::ISymbolFileInfo> download(
       const wchar_t* binaryFile, symsrv_1_0::IDownloadProgressCallback* progress) override {
     g_record->calls.push_back(L"download " + std::wstring(binaryFile));
+    if (symsrv_1_0::IStoreWatcher* watcher = progress->storeWatcher())
+      watcher->onStore({L"", L"", L"", symsrv_1_0::StoreOutcome::kMissing, L"asked", 0});
     bool cancel = g_record->presetCancel;
     progress->onStart(7, &cancel);
     progress->onProgress(3, &cancel);
     progress->onFinish();
     g_record->lastCancel = cancel;
     return g_record->hasFile ? ObjectPtr<symsrv_1_0::ISymbolFileInfo>(new FakeFile) : nullptr;
+  }
+};
+
+class ReasonRecorder final : public symsrv_1_0::IStoreWatcher {
+ public:
+  std::vector<std::wstring> reasons;
+
+  void onStore(const symsrv_1_0::StoreReport& report) override {
+    reasons.emplace_back(report.detail);
   }
 };
 
@@ -122,6 +133,28 @@ TEST_F(SymbolDownloadTest, ClearsAnExistingHelperEvenWhenNoServerFollows) {
   m_record.calls.clear();
   EXPECT_EQ(fetch({L"/plain"}), L"");
   EXPECT_THAT(m_record.calls, ElementsAre(L"clear"));
+}
+
+TEST_F(SymbolDownloadTest, TellsAWatcherWhyNoServerIsAsked) {
+  ReasonRecorder watcher;
+  m_download.fetch(L"", {L"srv*a"}, nullptr, &watcher);
+  m_record.hasHelper = false;
+  m_download.fetch(L"/b/a.dll", {L"srv*a"}, nullptr, &watcher);
+  EXPECT_THAT(watcher.reasons,
+              ElementsAre(L"the binary is not known", L"there is no module for symbol servers"));
+}
+
+TEST_F(SymbolDownloadTest, TellsAWatcherNothingWithoutAServer) {
+  ReasonRecorder watcher;
+  m_download.fetch(L"", {L"/plain"}, nullptr, &watcher);
+  m_download.fetch(L"/b/a.dll", {L"/plain"}, nullptr, &watcher);
+  EXPECT_THAT(watcher.reasons, IsEmpty());
+}
+
+TEST_F(SymbolDownloadTest, LetsTheHelperTellTheWatcherOfStores) {
+  ReasonRecorder watcher;
+  m_download.fetch(L"/b/a.dll", {L"srv*a"}, nullptr, &watcher);
+  EXPECT_THAT(watcher.reasons, ElementsAre(L"asked"));
 }
 
 TEST_F(SymbolDownloadTest, MakesNoHelperWithoutAServer) {

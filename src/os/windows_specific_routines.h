@@ -45,6 +45,10 @@ class WindowsSpecificRoutines final : public OSCommonRoutines {
   std::wstring downloadSymbolFileFromEnvironment(const wchar_t* binaryFile,
                                                  ISymbolDownloadProgress* progress) override;
   std::wstring mapFileName(const wchar_t* name, std::int32_t osType) override;
+  std::wstring downloadWatched(const wchar_t* binaryFile,
+                               const std::vector<std::wstring>* symbolPath,
+                               ISymbolDownloadProgress* progress,
+                               symsrv_1_0::IStoreWatcher& watcher) override;
 
   void splitPathList(const wchar_t* list, std::vector<std::wstring>& out) override;
   void addSystemBinaryDirs(ISearchDirectoryContainer& dirs) override;

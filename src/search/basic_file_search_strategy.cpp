@@ -45,7 +45,7 @@ void BasicFileSearchStrategy::searchArchiveDirs(ISearchResultsContainer& results
   // An archive keeps all versions of a file in a folder that bears the file's name.
   const std::wstring name = fileNameOf(m_fileName.c_str());
   for (const search_category_t category : {getCategory(), scAllFiles}) {
-    FilesFinder finder(this);
+    FilesFinder finder(this, m_journal);
     internal::forEachSearchDir(m_searchEnv->getArchiveSearchDirs(category),
                                [&](const wchar_t* dir, bool, bool) {
                                  finder.addDirectory(joinPath(dir, name.c_str()).c_str(), true);
@@ -70,7 +70,7 @@ void BasicFileSearchStrategy::searchDirs(search_step_t step,
   const std::wstring& name = nameInDirectories();
   for (const search_category_t category : {getCategory(), scAllFiles}) {
     const ObjectPtr<ISearchDirIterator> dirs = m_searchEnv->getSearchDirs(category);
-    FilesFinder finder(this);
+    FilesFinder finder(this, m_journal);
     for (const bool trees : {false, true}) {
       finder.clear();
       internal::forEachSearchDir(dirs, [&](const wchar_t* dir, bool recursive, bool high) {
@@ -95,7 +95,7 @@ bool BasicFileSearchStrategy::lookupAbsoluteName(ISearchResultsContainer& result
 }
 
 void BasicFileSearchStrategy::searchSystemDirs(ISearchResultsContainer& results) {
-  FilesFinder finder(this);
+  FilesFinder finder(this, m_journal);
   addSystemDirs(finder);
   // Intended: the name as it is, where the other directory steps look for the search name.
   finder.find(m_fileName.c_str(), results, internal::stepValue(ssSystemDirs, false));
@@ -108,7 +108,7 @@ void BasicFileSearchStrategy::walkAroundBinary(const std::wstring& binaryFile,
   const std::wstring& name = nameInDirectories();
   for (std::wstring dir = directoryOf(binaryFile.c_str()); !dir.empty();
        dir = parentDirectory(dir.c_str())) {
-    FilesFinder finder(this);
+    FilesFinder finder(this, m_journal);
     finder.addDirectory(dir.c_str(), false);
     finder.find(name.c_str(), results, internal::stepValue(ssAroundBinaryLookup, false));
   }

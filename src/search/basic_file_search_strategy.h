@@ -16,6 +16,10 @@
 
 namespace QV_2_9 {
 
+namespace internal {
+class LookupJournal;
+}
+
 class BasicFileSearchStrategy : public IFileSearchStrategy, public ISearchPathFilter {
  public:
   BasicFileSearchStrategy(const BasicFileSearchStrategy&) = delete;
@@ -30,7 +34,14 @@ class BasicFileSearchStrategy : public IFileSearchStrategy, public ISearchPathFi
   virtual search_category_t getCategory() = 0;                           // 9
   virtual void addSystemDirs(ISearchDirectoryContainer& container) = 0;  // 10
 
+  virtual internal::SoughtFile sought() const = 0;  // 11
+
   bool isExcluded(const wchar_t* dir) override;
+
+  /// From now on `journal` hears of places that are looked at. Not owned; null for nobody.
+  void setJournal(internal::LookupJournal* journal) { m_journal = journal; }
+  /// Returns the name as it is compared in directories.
+  const std::wstring& nameInDirectories();
 
  protected:
   /// `searchEnv` is not owned and may be null. The name sought is `fileName` as the
@@ -44,13 +55,14 @@ class BasicFileSearchStrategy : public IFileSearchStrategy, public ISearchPathFi
   void walkAroundBinary(const std::wstring& binaryFile, ISearchResultsContainer& results);
 
   ISearchEnv* searchEnv() const { return m_searchEnv; }
+  internal::LookupJournal* journal() const { return m_journal; }
   const std::wstring& fileName() const { return m_fileName; }
 
  private:
   void searchDirs(search_step_t step, bool highPriority, ISearchResultsContainer& results);
-  const std::wstring& nameInDirectories();
 
   ISearchEnv* m_searchEnv;
+  internal::LookupJournal* m_journal = nullptr;
   std::wstring m_fileName;
   std::wstring m_nameInDirectories;  // empty until it is needed
 };
@@ -72,6 +84,9 @@ class CategoryFileSearchStrategy : public BasicFileSearchStrategy {
     return Ops::noFilesFound(*callback, sought(), *m_validator, invalidFiles, validFiles);
   }
   search_category_t getCategory() override { return Ops::kCategory; }
+  internal::SoughtFile sought() const override {
+    return {fileName().c_str(), m_binaryFile.c_str(), m_checksum.c_str()};
+  }
 
  protected:
   /// Null texts are stored as empty ones. `validator` is not owned and never null.
@@ -89,10 +104,6 @@ class CategoryFileSearchStrategy : public BasicFileSearchStrategy {
   const std::wstring& binaryFile() const { return m_binaryFile; }
 
  private:
-  internal::SoughtFile sought() const {
-    return {fileName().c_str(), m_binaryFile.c_str(), m_checksum.c_str()};
-  }
-
   std::wstring m_binaryFile;
   std::wstring m_checksum;
   IValidatorInternal* m_validator;

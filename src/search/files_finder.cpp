@@ -5,6 +5,8 @@
 #include "paku/filename.h"
 #include "paku/string.h"
 
+#include "search/lookup_journal.h"
+
 namespace QV_2_9 {
 
 namespace {
@@ -14,11 +16,15 @@ constexpr int kDirectoryAlone = 0;
 
 }  // namespace
 
-FilesFinder::FilesFinder(ISearchPathFilter* filter) : m_filter(filter) {}
+FilesFinder::FilesFinder(ISearchPathFilter* filter, internal::LookupJournal* journal)
+    : m_filter(filter), m_journal(journal) {}
 
 bool FilesFinder::addDirectory(const wchar_t* dir, bool recursive) {
-  if (m_filter && m_filter->isExcluded(dir))
+  if (m_filter && m_filter->isExcluded(dir)) {
+    if (m_journal)
+      m_journal->symbolServerDirectory(dir, recursive);
     return false;
+  }
   m_fileSearch.addSearchDirectory(PAKU_3_1::Filename(PAKU_3_1::String(dir), 0, false),
                                   recursive ? kWholeTree : kDirectoryAlone,
                                   0);
@@ -35,7 +41,7 @@ void FilesFinder::find(const wchar_t* name, ISearchResultsContainer& results, st
   if (m_empty)
     return;
   FileScanCallback callback(results, step);
-  m_fileSearch.find(PAKU_3_1::String(name), callback);
+  m_fileSearch.find(PAKU_3_1::String(name), callback, m_journal);
 }
 
 FilesFinder::FileScanCallback::FileScanCallback(ISearchResultsContainer& results,

@@ -11,11 +11,15 @@
 
 namespace QV_2_9 {
 
+namespace internal {
+class LookupJournal;
+}
+
 /// Lives on the stack of one search step.
 class FilesFinder final : public ISearchDirectoryContainer {
  public:
-  /// `filter` keeps directories out; it may be null and is not owned.
-  explicit FilesFinder(ISearchPathFilter* filter);
+  /// `filter` keeps directories out, `journal` hears of them; both may be null and are not owned.
+  explicit FilesFinder(ISearchPathFilter* filter, internal::LookupJournal* journal = nullptr);
 
   bool addDirectory(const wchar_t* dir, bool recursive) override;
   void clear() override;
@@ -41,6 +45,7 @@ class FilesFinder final : public ISearchDirectoryContainer {
 
  private:
   ISearchPathFilter* m_filter;
+  internal::LookupJournal* m_journal;
   PAKU_3_1::FileSearch m_fileSearch;
   bool m_empty = true;
 };

@@ -6,6 +6,7 @@
 
 #include "core/trace.h"
 #include "os/path_utils.h"
+#include "search/lookup_journal.h"
 #include "search/search_step.h"
 #include "search/trace_lines.h"
 
@@ -20,9 +21,11 @@ bool FoundFilesLazyIterator::EqualIgnoreCase::operator()(const wchar_t* a, const
 }
 
 FoundFilesLazyIterator::FoundFilesLazyIterator(IFileSearchStrategy& strategy,
-                                               IValidatorInternal& validator)
+                                               IValidatorInternal& validator,
+                                               internal::LookupJournal* journal)
     : m_strategy(strategy),
       m_validator(validator),
+      m_journal(journal),
       m_validFilesIterator(m_validFiles),
       m_invalidFilesIterator(m_invalidFiles),
       m_cursor(m_validFiles.begin()) {}
@@ -44,7 +47,12 @@ ObjectPtr<IValidFile> FoundFilesLazyIterator::next() {
       QV_TRACE(trace, internal::kLineNothingFoundInSteps) << "Nothing found";
       return nullptr;
     }
+    const auto step = static_cast<search_step_t>(m_step);
+    if (m_journal)
+      m_journal->stepBegan(step);
     runStep();
+    if (m_journal)
+      m_journal->stepEnded(step);
     ++m_step;  // only now: a step that throws runs again on the next call
   }
   // Intended: the step named is the last one that ran, not the file's own.
@@ -74,18 +82,24 @@ void FoundFilesLazyIterator::runStep() {
 
 bool FoundFilesLazyIterator::addFoundFile(const wchar_t* path, std::uint32_t step, bool& stop) {
   stop = false;
-  if (!path || !internal::exists(path))
+  if (!path)
     return false;
+  if (!internal::exists(path)) {
+    if (m_journal)
+      m_journal->missing(path, step);
+    return false;
+  }
   // Validation comes before the duplicate tests: a duplicate is one of a list, and only the verdict
   // says which. A file may thus stand in both lists.
   const ObjectPtr<IValidatedFile> validated = m_validator.validateInStep(path, step);
   if (!validated)
     return false;
-  if (const ObjectPtr<IValidFile> valid = validated->getValidFile())
-    return addValidFile(valid, stop);
-  if (const ObjectPtr<IInvalidFile> invalid = validated->getInvalidFile())
-    addInvalidFile(invalid);
-  return false;
+  const ObjectPtr<IValidFile> valid = validated->getValidFile();
+  const ObjectPtr<IInvalidFile> invalid = valid ? nullptr : validated->getInvalidFile();
+  const bool isNew = valid ? addValidFile(valid, stop) : invalid && addInvalidFile(invalid);
+  if (m_journal)
+    m_journal->judged(validated, step, isNew);
+  return valid && isNew;
 }
 
 bool FoundFilesLazyIterator::addValidFile(const ObjectPtr<IValidFile>& file, bool& stop) {
@@ -99,9 +113,11 @@ bool FoundFilesLazyIterator::addValidFile(const ObjectPtr<IValidFile>& file, boo
   return true;
 }
 
-void FoundFilesLazyIterator::addInvalidFile(const ObjectPtr<IInvalidFile>& file) {
-  if (m_invalidPaths.insert(file->getPath()).second)
+bool FoundFilesLazyIterator::addInvalidFile(const ObjectPtr<IInvalidFile>& file) {
+  const bool isNew = m_invalidPaths.insert(file->getPath()).second;
+  if (isNew)
     m_invalidFiles.push_back(file);
+  return isNew;
 }
 
 }  // namespace QV_2_9

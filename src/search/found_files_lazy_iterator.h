@@ -18,10 +18,16 @@
 
 namespace QV_2_9 {
 
+namespace internal {
+class LookupJournal;
+}
+
 class FoundFilesLazyIterator final : public IValidFileIterator, public ISearchResultsContainer {
  public:
-  /// Neither is owned; both must outlive this object.
-  FoundFilesLazyIterator(IFileSearchStrategy& strategy, IValidatorInternal& validator);
+  /// None is owned; all must outlive this object. `journal` may be null.
+  FoundFilesLazyIterator(IFileSearchStrategy& strategy,
+                         IValidatorInternal& validator,
+                         internal::LookupJournal* journal = nullptr);
 
   FoundFilesLazyIterator(const FoundFilesLazyIterator&) = delete;
   FoundFilesLazyIterator& operator=(const FoundFilesLazyIterator&) = delete;
@@ -70,10 +76,11 @@ class FoundFilesLazyIterator final : public IValidFileIterator, public ISearchRe
 
   void runStep();
   bool addValidFile(const ObjectPtr<IValidFile>& file, bool& stop);
-  void addInvalidFile(const ObjectPtr<IInvalidFile>& file);
+  bool addInvalidFile(const ObjectPtr<IInvalidFile>& file);
 
   IFileSearchStrategy& m_strategy;
   IValidatorInternal& m_validator;
+  internal::LookupJournal* m_journal;
   std::list<ObjectPtr<IValidFile>> m_validFiles;      // in the order found
   std::list<ObjectPtr<IInvalidFile>> m_invalidFiles;  // in the order found
   FilesIterator<IValidFile, IValidFileIterator> m_validFilesIterator;

@@ -10,6 +10,7 @@
 #include "os/path_utils.h"
 #include "search/bin_file_search_strategy.h"
 #include "search/found_files_lazy_iterator.h"
+#include "search/lookup_journal.h"
 #include "search/src_file_search_strategy.h"
 #include "search/sym_file_search_strategy.h"
 #include "search/trace_lines.h"
@@ -28,8 +29,16 @@ ObjectPtr<IFileSearch> IFileSearch::create(const ObjectPtr<ISearchEnv>& searchEn
   return new FileSearch(searchEnv);
 }
 
-FileSearch::FileSearch(const ObjectPtr<ISearchEnv>& searchEnv)
-    : RefCountImpl(&s_counterLock), m_pSearchEnv(searchEnv), m_confidenceLevelPolicy(searchEnv) {
+ObjectPtr<IFileSearch> createFileSearchWithJournal(const ObjectPtr<ISearchEnv>& searchEnv,
+                                                   ISearchJournal* journal) {
+  return new FileSearch(searchEnv, journal);
+}
+
+FileSearch::FileSearch(const ObjectPtr<ISearchEnv>& searchEnv, ISearchJournal* journal)
+    : RefCountImpl(&s_counterLock),
+      m_pSearchEnv(searchEnv),
+      m_journal(journal),
+      m_confidenceLevelPolicy(searchEnv) {
   vesk_1_8::Trace trace(internal::traceChannel());
   trace.init("QV_2_9::FileSearch::FileSearch");
   QV_TRACE(trace, internal::kLineSearchEnvironment)
@@ -89,13 +98,40 @@ ObjectPtr<IValidFile> FileSearch::findSrcFile(const wchar_t* srcFile,
   return findFile(strategy, validator, suggestedResolution);
 }
 
+ObjectPtr<IValidFile> FileSearch::findFile(BasicFileSearchStrategy& strategy,
+                                           Validator& validator,
+                                           const wchar_t* suggestedResolution) {
+  if (!m_journal)
+    return findFile(strategy, validator, suggestedResolution, nullptr);
+  internal::LookupJournal journal(*m_journal, static_cast<bool>(m_pSearchEnv));
+  strategy.setJournal(&journal);
+  validator.setJournal(&journal);
+  const internal::SoughtFile sought = strategy.sought();
+  journal.began({strategy.getCategory(),
+                 sought.name,
+                 strategy.nameInDirectories().c_str(),
+                 sought.binary,
+                 sought.checksum});
+  ObjectPtr<IValidFile> answer;
+  try {
+    answer = findFile(strategy, validator, suggestedResolution, &journal);
+  } catch (...) {
+    journal.broken();
+    throw;
+  }
+  journal.ended(answer);
+  return answer;
+}
+
 ObjectPtr<IValidFile> FileSearch::findFile(IFileSearchStrategy& strategy,
                                            IValidatorInternal& validator,
-                                           const wchar_t* suggestedResolution) {
+                                           const wchar_t* suggestedResolution,
+                                           internal::LookupJournal* journal) {
   vesk_1_8::Trace trace(internal::traceChannel());
   trace.init("QV_2_9::FileSearch::findFile");
   StringContainer suggestions;
   suggestions.add(suggestedResolution);
+  const std::size_t own = suggestions.m_list.size();
   const bool proceed = fireSearchStarted(strategy, suggestions);
   QV_TRACE(trace, internal::kLineSuggestedResolutions)
       << "Suggested resolutions after callback: suggestedResolutions: "
@@ -103,16 +139,23 @@ ObjectPtr<IValidFile> FileSearch::findFile(IFileSearchStrategy& strategy,
 
   // Suggestions are validated even when the search was cancelled: the no-files-found callback may
   // want to see them.
-  FoundFilesLazyIterator files(strategy, validator);
-  for (const std::wstring& suggestion : suggestions.m_list)
+  FoundFilesLazyIterator files(strategy, validator, journal);
+  std::size_t index = 0;
+  for (const std::wstring& suggestion : suggestions.m_list) {
+    if (journal)
+      journal->suggested(suggestion.c_str(), index++ >= own);
     files.addSuggestedResolution(suggestion.c_str());
+  }
+  if (journal && !proceed)
+    journal->stops(jnCanceled);
 
   const ObjectPtr<IValidFile> first = proceed ? files.next() : nullptr;
   if (first) {
-    if (const ObjectPtr<IValidFile> chosen = chooseFoundFile(trace, strategy, files, first))
+    if (const ObjectPtr<IValidFile> chosen =
+            chooseFoundFile(trace, strategy, files, first, journal))
       return chosen;
   }
-  return askForFile(trace, strategy, files);
+  return askForFile(trace, strategy, files, journal);
 }
 
 bool FileSearch::fireSearchStarted(IFileSearchStrategy& strategy, StringContainer& suggestions) {
@@ -127,7 +170,10 @@ bool FileSearch::fireSearchStarted(IFileSearchStrategy& strategy, StringContaine
 ObjectPtr<IValidFile> FileSearch::chooseFoundFile(vesk_1_8::Trace& trace,
                                                   IFileSearchStrategy& strategy,
                                                   FoundFilesLazyIterator& files,
-                                                  const ObjectPtr<IValidFile>& first) {
+                                                  const ObjectPtr<IValidFile>& first,
+                                                  internal::LookupJournal* journal) {
+  if (journal)
+    journal->answers(jaStep);
   if (!m_pSearchEnv || !m_pSearchEnv->getFilesFoundCallback().getCallback()) {
     QV_TRACE(trace, internal::kLineFilesFoundNotInstalled)
         << "Returning the first found, no filesFoundCallback established";
@@ -142,6 +188,10 @@ ObjectPtr<IValidFile> FileSearch::chooseFoundFile(vesk_1_8::Trace& trace,
   files.reset();
   const ObjectPtr<IValidFile> chosen = strategy.fireFilesFound(callback.get(), files);
   callback.release();
+  if (journal && chosen)
+    journal->answers(jaFilesFoundCallback);
+  else if (journal)
+    journal->stops(jnRefused);
   if (chosen) {
     QV_TRACE(trace, internal::kLineResultOfFilesFound)
         << "Returning the result = " << chosen->getPath() << " after pFilesFoundCallback";
@@ -151,7 +201,10 @@ ObjectPtr<IValidFile> FileSearch::chooseFoundFile(vesk_1_8::Trace& trace,
 
 ObjectPtr<IValidFile> FileSearch::askForFile(vesk_1_8::Trace& trace,
                                              IFileSearchStrategy& strategy,
-                                             FoundFilesLazyIterator& files) {
+                                             FoundFilesLazyIterator& files,
+                                             internal::LookupJournal* journal) {
+  if (journal)
+    journal->answers(jaNoFilesFoundCallback);
   if (!m_pSearchEnv || !m_pSearchEnv->getNoFilesFoundCallback().getCallback()) {
     QV_TRACE(trace, internal::kLineNoFilesFoundNotInstalled)
         << "Returning the NULL result, no noFilesFoundCallback established";

@@ -2,10 +2,9 @@
 
 #include "search/sym_file_search_strategy.h"
 
-#include <vector>
-
 #include "os/os_specific_routines.h"
 #include "os/path_utils.h"
+#include "search/lookup_journal.h"
 #include "search/search_step.h"
 
 namespace QV_2_9 {
@@ -55,18 +54,21 @@ void SymFileSearchStrategy::downloadFromSearchDirs(search_step_t step,
     if (high == highPriority)
       elements.emplace_back(dir);
   });
-  addUnlessEmpty(results,
-                 getOSSpecificRoutines()->downloadSymbolFile(
-                     binaryFile().c_str(), elements, m_downloadProgress),
-                 step);
+  addUnlessEmpty(results, download(&elements), step);
 }
 
 void SymFileSearchStrategy::searchSystemDirs(ISearchResultsContainer& results) {
   BasicFileSearchStrategy::searchSystemDirs(results);
-  addUnlessEmpty(results,
-                 getOSSpecificRoutines()->downloadSymbolFileFromEnvironment(binaryFile().c_str(),
-                                                                            m_downloadProgress),
-                 ssSystemDirs);
+  addUnlessEmpty(results, download(nullptr), ssSystemDirs);
+}
+
+std::wstring SymFileSearchStrategy::download(const std::vector<std::wstring>* elements) {
+  IOSSpecificRoutines& routines = *getOSSpecificRoutines();
+  const wchar_t* const binary = binaryFile().c_str();
+  if (journal())
+    return routines.downloadWatched(binary, elements, m_downloadProgress, *journal());
+  return elements ? routines.downloadSymbolFile(binary, *elements, m_downloadProgress)
+                  : routines.downloadSymbolFileFromEnvironment(binary, m_downloadProgress);
 }
 
 void SymFileSearchStrategy::lookupAroundBinary(ISearchResultsContainer& results) {

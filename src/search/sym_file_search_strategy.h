@@ -3,6 +3,9 @@
 
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "quiver/symbol_download.h"
 #include "search/basic_file_search_strategy.h"
 
@@ -31,6 +34,8 @@ class SymFileSearchStrategy final : public CategoryFileSearchStrategy<internal::
   void downloadFromSearchDirs(search_step_t step,
                               bool highPriority,
                               ISearchResultsContainer& results);
+  /// Returns the path of what a server of `elements` has; null stands for the environment's.
+  std::wstring download(const std::vector<std::wstring>* elements);
   void guessFromBinaryName(ISearchResultsContainer& results);
 
   ISymbolDownloadProgress* m_downloadProgress;

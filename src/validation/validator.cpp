@@ -7,6 +7,7 @@
 
 #include "os/path_utils.h"
 #include "quiver/search_callbacks.h"
+#include "search/lookup_journal.h"
 #include "search/search_results.h"
 #include "search/search_step.h"
 #include "validation/message_keys.h"
@@ -90,7 +91,10 @@ Validator::Validator(IValidatorCallback* check,
     : m_decorator(check), m_policy(&policy), m_category(category) {}
 
 ObjectPtr<IValidatedFile> Validator::validate(const wchar_t* path) {
-  return validateInStep(path, kSuggestedResolutionStep);
+  const ObjectPtr<IValidatedFile> verdict = validateInStep(path, kSuggestedResolutionStep);
+  if (m_journal)
+    m_journal->judged(verdict, kSuggestedResolutionStep, true);
+  return verdict;
 }
 
 ObjectPtr<IValidatedFile> Validator::validateInStep(const wchar_t* path, std::uint32_t step) {

@@ -19,6 +19,10 @@ namespace QV_2_9 {
 
 class IConfidenceLevelPolicyCallback;
 
+namespace internal {
+class LookupJournal;
+}
+
 class Validator final : public IValidatorInternal {
  public:
   /// `check` may be null. The messages registered now serve for the life of the validator.
@@ -28,6 +32,9 @@ class Validator final : public IValidatorInternal {
 
   ObjectPtr<IValidatedFile> validate(const wchar_t* path) override;
   ObjectPtr<IValidatedFile> validateInStep(const wchar_t* path, std::uint32_t step) override;
+
+  /// From now on `journal` hears of what callbacks have validated. Not owned; null for nobody.
+  void setJournal(internal::LookupJournal* journal) { m_journal = journal; }
 
   /// What one candidate is rejected with.
   class ErrorInfoContainer final : public IErrorInfoContainer {
@@ -62,6 +69,7 @@ class Validator final : public IValidatorInternal {
   ValidatorCallbackDecorator m_decorator;
   IConfidenceLevelPolicyCallback* m_policy;
   search_category_t m_category;
+  internal::LookupJournal* m_journal = nullptr;
 };
 
 }  // namespace QV_2_9

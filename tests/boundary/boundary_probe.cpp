@@ -36,5 +36,16 @@ struct DerivedSourceFileUpToDateCheckValidator : SourceFileUpToDateCheckValidato
 DerivedSourceFileUpToDateCheckValidator::DerivedSourceFileUpToDateCheckValidator()
     : SourceFileUpToDateCheckValidator(nullptr) {}
 
+// The events of a journal.
+
+JournalLookup lookup;
+JournalSuggestion suggestion;
+JournalDirectory directory;
+JournalCandidate candidate;
+JournalServer server;
+JournalStepEnd stepEnd;
+JournalStepNotRun stepNotRun;
+JournalAnswer answer;
+
 CallbackHolder<ISearchStartedCallback> holder;
 ObjectPtr<IQVObject> pointer;

@@ -44,6 +44,34 @@ TEST(Factories, MakeFileSearches) {
   expectFresh(IFileSearch::create(IEditableSearchEnv::create()));
 }
 
+/// Counts lookups and candidates.
+class CountingJournal final : public ISearchJournal {
+ public:
+  int begun = 0;
+  int candidates = 0;
+  int ended = 0;
+
+  void onLookupBegan(const JournalLookup&) override { ++begun; }
+  void onSuggestion(const JournalSuggestion&) override {}
+  void onStepBegan(search_step_t) override {}
+  void onDirectory(const JournalDirectory&) override {}
+  void onCandidate(const JournalCandidate&) override { ++candidates; }
+  void onServer(const JournalServer&) override {}
+  void onStepEnded(const JournalStepEnd&) override {}
+  void onStepNotRun(const JournalStepNotRun&) override {}
+  void onLookupEnded(const JournalAnswer& event) override { ended += event.path ? 100 : 1; }
+};
+
+TEST(Factories, MakeFileSearchesThatTellAJournal) {
+  CountingJournal journal;
+  const auto search = createFileSearchWithJournal(IEditableSearchEnv::create(), &journal);
+  expectFresh(search);
+  EXPECT_FALSE(search->findSrcFile(L"/absent/a.c", nullptr, nullptr, nullptr, nullptr));
+  EXPECT_EQ(journal.begun, 1);
+  EXPECT_EQ(journal.candidates, 1);
+  EXPECT_EQ(journal.ended, 1);
+}
+
 TEST(Factories, MakeTheChecksumCalculator) {
   const auto calculator = IChecksumCalculator::create();
   expectFresh(calculator);

@@ -1,0 +1,171 @@
+// Tests of lookup_journal.h: who answers, what is left out then, servers, and the trace beside it.
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "vesk/trace_capture.h"
+
+#include "core/trace.h"
+#include "search/lookup_journal_fixture.h"
+#include "search/search_step.h"
+#include "support/callbacks.h"
+
+namespace QV_2_9 {
+namespace {
+
+using quiver_test::Call;
+using quiver_test::RecordingFilesFound;
+using quiver_test::RecordingNoFilesFound;
+using quiver_test::RecordingSearchStarted;
+using testing::ElementsAre;
+using testing::IsSupersetOf;
+
+TEST_F(LookupJournalTest, TellsOfCanceledSearches) {
+  m_tree.addFile("good/a.c");
+  addDir("good", false, true);
+  RecordingSearchStarted started;
+  started.answer = [](const Call&, IStringContainer&) { return false; };
+  m_env->setSearchStartedCallback(&started);
+  EXPECT_THAT(findSrc(L"a.c"),
+              ElementsAre(began(L"a.c"),
+                          L"not 1 for 1",
+                          L"not 2 for 1",
+                          L"not 3 for 1",
+                          L"not 4 for 1",
+                          L"not 5 for 1",
+                          L"not 6 for 1",
+                          L"answer none step 0 confidence -1 by 0"));
+}
+
+TEST_F(LookupJournalTest, TellsOfStepsThatTheFilesFoundCallbackPulls) {
+  m_tree.addFile("high/a.c");
+  m_tree.addFile("low/a.c");
+  addDir("high", false, true);
+  addDir("low", false, false);
+  RecordingFilesFound found;
+  found.answer = [](const Call&, IValidFileIterator& files) {
+    files.next();
+    return files.next();
+  };
+  m_env->setFilesFoundCallback(&found);
+  const Events events = findSrc(L"a.c");
+  EXPECT_THAT(events, IsSupersetOf({L"end of 2", L"step 3", L"step 6", L"end of 6"}));
+  EXPECT_EQ(events.back(), L"answer low/a.c step 6 confidence 1 by 4");
+}
+
+TEST_F(LookupJournalTest, TellsThatTheFilesFoundCallbackRefusedAndTheOtherAnswered) {
+  m_tree.addFile("high/a.c");
+  const std::wstring good = m_tree.addFile("good/b.c");
+  addDir("high", false, true);
+  RecordingFilesFound found;
+  found.answer = [](const Call&, IValidFileIterator&) { return ObjectPtr<IValidFile>(); };
+  RecordingNoFilesFound none;
+  none.answer =
+      [&](const Call&, IValidator& validator, IInvalidFileIterator&, IValidFileIterator&) {
+        validator.validate(m_tree.path("absent").c_str());
+        return validator.validate(good.c_str())->getValidFile();
+      };
+  m_env->setFilesFoundCallback(&found);
+  m_env->setNoFilesFoundCallback(&none);
+  const Events events = findSrc(L"a.c");
+  EXPECT_EQ(Events(events.end() - 8, events.end()),
+            (Events{L"end of 2",
+                    L"candidate absent step 7 invalid 0 %FileDoesNotExist",
+                    L"candidate good/b.c step 7 valid confidence 0",
+                    L"not 3 for 2",
+                    L"not 4 for 2",
+                    L"not 5 for 2",
+                    L"not 6 for 2",
+                    L"answer good/b.c step 7 confidence 0 by 5"}));
+}
+
+TEST_F(LookupJournalTest, EndsWhenAnExceptionLeavesTheLookup) {
+  m_tree.addFile("high/a.c");
+  addDir("high", false, true);
+  RecordingFilesFound found;
+  found.answer = [](const Call&, IValidFileIterator&) -> ObjectPtr<IValidFile> {
+    throw std::runtime_error("enough");
+  };
+  m_env->setFilesFoundCallback(&found);
+  EXPECT_THROW(findSrc(L"a.c"), std::runtime_error);
+  const Events& events = m_notebook.events;
+  EXPECT_EQ(Events(events.end() - 5, events.end()),
+            (Events{L"not 3 for 3",
+                    L"not 4 for 3",
+                    L"not 5 for 3",
+                    L"not 6 for 3",
+                    L"answer none step 0 confidence -1 by 6"}));
+}
+
+TEST_F(LookupJournalTest, NestsLookupsOfCallbacks) {
+  m_tree.addFile("high/a.c");
+  addDir("high", false, true);
+  RecordingFilesFound found;
+  found.answer = [&](const Call& call, IValidFileIterator& files) {
+    if (call.name == L"a.c")
+      m_search->findSrcFile(L"b.c", nullptr, nullptr, nullptr, nullptr);
+    return files.next();
+  };
+  m_env->setFilesFoundCallback(&found);
+  const Events events = findSrc(L"a.c");
+  const auto nested = std::ranges::find(events, L"began 3 b.c in directories b.c of  with ");
+  ASSERT_NE(nested, events.end());
+  EXPECT_EQ(*(nested - 1), L"end of 2");
+  EXPECT_EQ(*(events.end() - 6), L"answer none step 0 confidence -1 by 0");
+  EXPECT_EQ(events.back(), L"answer high/a.c step 2 confidence 1 by 4");
+}
+
+TEST_F(LookupJournalTest, TellsOfSymbolServersAmongTheDirectories) {
+  m_dirs->addSearchDir(scSymbolFiles, L"srv*cache*https://host", false, true);
+  EXPECT_THAT(findSym(L"a.pdb"),
+              IsSupersetOf({L"directory srv*cache*https://host server 0", L"end of 2"}));
+}
+
+// The journal passes on what a watcher of downloads hears.
+TEST_F(LookupJournalTest, TellsOfServers) {
+  internal::LookupJournal journal(m_notebook, true);
+  journal.stepBegan(ssSystemDirs);
+  journal.onStore({L"https://host",
+                   L"https://host/a.pdb",
+                   L"a.pdb/1",
+                   symsrv_1_0::StoreOutcome::kMismatch,
+                   L"other",
+                   12});
+  journal.stepEnded(ssSystemDirs);
+  EXPECT_THAT(
+      m_notebook.events,
+      ElementsAre(
+          L"step 4", L"server https://host https://host/a.pdb a.pdb/1 2 other 12", L"end of 4"));
+}
+
+// For every road: the journal names the steps and the answer that the trace names.
+TEST_F(LookupJournalTest, AgreesWithTheTrace) {
+  m_tree.addFile("high/a.c");
+  m_tree.addFile("low/b.c");
+  addDir("high", false, true);
+  addDir("low", false, false);
+  for (const std::wstring name : {L"a.c", L"b.c", L"absent.c"}) {
+    vesk_1_8::TraceCapture capture(internal::traceChannel());
+    const Events events = findSrc(name);
+    std::string expected = "Nothing found";
+    for (const std::wstring& event : events) {
+      if (!event.starts_with(L"candidate") || !event.ends_with(L"confidence 1"))
+        continue;
+      const auto step = static_cast<search_step_t>(event[event.find(L"step ") + 5] - L'0');
+      expected = "in step: ";
+      for (const wchar_t* c = searchStepToString(step); *c; ++c) expected += static_cast<char>(*c);
+    }
+    bool isNamed = false;
+    for (const vesk_1_8::Record& record : capture.records())
+      isNamed = isNamed || record.text.ends_with(expected);
+    EXPECT_TRUE(isNamed) << expected;
+    EXPECT_EQ(events.back().starts_with(L"answer none"), expected == "Nothing found");
+  }
+}
+
+}  // namespace
+}  // namespace QV_2_9
