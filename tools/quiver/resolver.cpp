@@ -4,8 +4,8 @@
 
 #include "download_progress.h"
 #include "interrupt.h"
+#include "journal_recorder.h"
 #include "lookup_callbacks.h"
-#include "outcome_journal.h"
 #include "quiver/quiver.h"
 #include "result_scope.h"
 #include "search_scope.h"
@@ -42,11 +42,14 @@ class Run final {
         m_choosing(false),
         m_showing(m_choosing, m_outcome),
         m_scope(options.places.results),
+        m_recorder(resolution.texts),
         m_progress(watcher.writeDownloads) {
     m_scope.setSearchDirs(searchDirs(options.places));
     installCallbacks();
-    m_search = IFileSearch::create(m_scope.createSearchEnv(archiveDirs(options.places, kCategories),
-                                                           environmentInfo(options.places)));
+    m_search = QV_2_9::createFileSearchWithJournal(
+        m_scope.createSearchEnv(archiveDirs(options.places, kCategories),
+                                environmentInfo(options.places)),
+        options.report ? &m_recorder : nullptr);
   }
 
   /// Returns false when Ctrl-C stopped the lookup.
@@ -59,8 +62,7 @@ class Run final {
       return false;
     file.microseconds = microsecondsSince(start);
     take(answer, file);
-    if (m_options.report)
-      file.journal = journalOf(m_outcome, m_resolution.texts);
+    file.journal = m_recorder.take();
     return true;
   }
 
@@ -140,6 +142,7 @@ class Run final {
   ShowingCallback m_showing;
   ObjectPtr<IPathMappings> m_mappings = IPathMappings::create();
   ResultScope m_scope;
+  JournalRecorder m_recorder;
   DownloadProgress m_progress;
   ObjectPtr<IChecksumCalculator> m_calculator = IChecksumCalculator::create();
   ObjectPtr<IFileSearch> m_search;
