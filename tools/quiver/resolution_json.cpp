@@ -73,6 +73,9 @@ void addAnswer(const ResolvedFile& file, Json& object) {
   object["reason"] = isMissed ? Json(missWord(missReason(file))) : Json();
   object["reason_text"] = isMissed ? Json(missWords(missReason(file))) : Json();
   object["message"] = isMissed ? text(toWide(missSentence(file))) : Json();
+}
+
+void addRejected(const ResolvedFile& file, Json& object) {
   object["rejected"] = Json::array();
   for (const RejectedFile& rejected : file.rejected)
     object["rejected"].push_back(toJsonObject(rejected));
@@ -91,8 +94,11 @@ Json toJsonObject(const ResolvedFile& file, bool hasJournal) {
   object["archived"] = file.archived ? Json(static_cast<std::int32_t>(*file.archived)) : Json();
   object["archived_text"] = file.archived ? Json(archiveWords(*file.archived)) : Json();
   object["microseconds"] = file.microseconds;
+  // A journal has the rejected files too.
   if (hasJournal)
     object["journal"] = file.journal.events();
+  else
+    addRejected(file, object);
   return object;
 }
 
