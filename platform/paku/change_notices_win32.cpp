@@ -29,8 +29,11 @@ ChangeNotices::~ChangeNotices() {
   if (!m_isAsking)
     return;
   CancelIoEx(m_directory.get(), &m_request);
+  // The buffer is ours again when the port has told of the end; a handle with a port tells nothing.
   DWORD size = 0;
-  GetOverlappedResult(m_directory.get(), &m_request, &size, TRUE);  // the buffer is ours again
+  ULONG_PTR key = 0;
+  OVERLAPPED* request = nullptr;
+  GetQueuedCompletionStatus(m_port.get(), &size, &key, &request, INFINITE);
 }
 
 bool ChangeNotices::ask() {

@@ -44,11 +44,11 @@ class ChangeNotices final {
   bool m_isAsking = false;
 };
 
-/// Returns whether notices come in time: when a change is done, and not some time later from
-/// another process, as in an emulation of the system.
+/// Returns whether notices come in time: when a change is done. Emulations of the system send them
+/// some time later, from another process, and not for all directories.
 bool areNoticesInTime();
 
-/// For tests that wait until notices have come.
+/// For tests, which wait until notices have come.
 void trustLateNotices(bool isTrusted);
 
 }  // namespace PAKU_3_1::internal

@@ -33,6 +33,10 @@ bool isCalled(NameView entry, NameView sought);
 /// spelling of the name is its own.
 bool isSpelledAs(NameView entry, NameView sought);
 
+/// Returns whether a sought name may lead to an entry that is called otherwise, as the short names
+/// do that some file systems give out. An index cannot tell.
+bool mayBeShortName(NameView sought);
+
 NameString encodedName(const std::wstring& text);
 std::wstring decodedName(NameView name);
 

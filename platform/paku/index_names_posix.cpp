@@ -34,6 +34,10 @@ bool isSpelledAs(NameView entry, NameView sought) {
   return entry == sought;
 }
 
+bool mayBeShortName(NameView /*sought*/) {
+  return false;
+}
+
 NameString encodedName(const std::wstring& text) {
   NameString bytes;
   const bool isName = nativePath(text, bytes) && bytes.size() <= NAME_MAX;

@@ -47,6 +47,10 @@ bool isSpelledAs(NameView /*entry*/, NameView /*sought*/) {
   return true;
 }
 
+bool mayBeShortName(NameView sought) {
+  return sought.find(L'~') != NameView::npos;
+}
+
 NameString encodedName(const std::wstring& text) {
   constexpr std::size_t kLongestName = 255;
   return text.size() <= kLongestName && canBeName(text) ? text : NameString();

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 
 #include "paku/name_index.h"
 #include "paku/searched_directory.h"
@@ -34,7 +35,8 @@ class IKnownDirectories {
 /// `isTree`: with all that is below them. More than `maxBytes` are not kept.
 std::unique_ptr<IKnownDirectories> makeKnownDirectories(bool isTree, std::size_t maxBytes);
 
-/// Returns the user whose rights this thread has, where a process can change that; else 0.
-unsigned rightsOfThread();
+/// Returns the user whose rights this thread has, where a process can change that; else 0. Nothing
+/// when they cannot be told from those of others.
+std::optional<unsigned> rightsOfThread();
 
 }  // namespace PAKU_3_1::internal

@@ -122,6 +122,13 @@ std::vector<std::vector<TailMatch>> SoughtTails::matches(const NameIndex& index,
   return matches;
 }
 
+bool SoughtTails::areForAnIndex() const {
+  return std::ranges::none_of(m_groups, [](const Group& group) {
+    return std::ranges::any_of(group.components,
+                               [](const SoughtName& name) { return mayBeShortName(name.text); });
+  });
+}
+
 std::span<const SoughtName> SoughtTails::components(std::size_t tail) const {
   for (const Group& group : m_groups) {
     const auto found = std::ranges::find(group.tailOfLength, tail);

@@ -44,6 +44,9 @@ class SoughtTails final {
                                               NameIndex::Number root,
                                               int depth) const;
 
+  /// Returns whether an index would know all that the tails may mean.
+  bool areForAnIndex() const;
+
   /// Returns the components of a tail; none for a tail that no path can have.
   std::span<const SoughtName> components(std::size_t tail) const;
 

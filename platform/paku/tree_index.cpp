@@ -84,6 +84,8 @@ TreeIndex::Answer TreeIndex::search(const std::wstring& directory,
     return Answer::kAll;  // a walk would find nothing either
   if (!m_state->tails)
     m_state->tails.emplace(m_state->source());
+  if (!m_state->tails->areForAnIndex())
+    return Answer::kUnknown;
   const auto matches = TreeRegistry::instance().matches(*place, depth, *m_state->tails);
   if (!matches)
     return Answer::kUnknown;

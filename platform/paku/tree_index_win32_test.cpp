@@ -157,6 +157,27 @@ TEST_F(TreeIndexWindows, OutlivesTheThreadThatBuiltIt) {
   EXPECT_EQ(counts().built, built);
 }
 
+TEST_F(TreeIndexWindows, LeavesShortNamesToAWalk) {
+  m_tree.addFile("a/x.c");
+  findIn(m_tree, L"x.c");
+  const std::size_t answered = counts().answered;
+  EXPECT_THAT(findIn(m_tree, L"LONGNA~1/x.c"), ElementsAre(L"a/x.c"));
+  EXPECT_EQ(counts().answered, answered);
+}
+
+TEST_F(TreeIndexWindows, IsNotUsedByAThreadThatActsForAnother) {
+  m_tree.addFile("a/x.c");
+  findIn(m_tree, L"x.c");
+  const std::size_t answered = counts().answered;
+  if (!ImpersonateSelf(SecurityImpersonation))
+    GTEST_SKIP() << "no thread can act for another here";
+  EXPECT_THAT(findIn(m_tree, L"x.c"), ElementsAre(L"a/x.c"));
+  RevertToSelf();
+  EXPECT_EQ(counts().answered, answered);
+  EXPECT_THAT(findIn(m_tree, L"x.c"), ElementsAre(L"a/x.c"));
+  EXPECT_EQ(counts().answered, answered + 1);
+}
+
 TEST_F(TreeIndexWindows, IsNotUsedWhereNoticesComeLate) {
   trustLateNotices(false);
   if (areNoticesInTime())

@@ -74,8 +74,10 @@ std::optional<TreeRegistry::Matches> TreeRegistry::inTree(Tree& tree,
 
 /// Returns true when the directory is known as it is now.
 bool TreeRegistry::prepare(Tree& tree, bool isWhole, const SearchedDirectory& directory) {
-  if (tree.known && tree.user != rightsOfThread())
+  const std::optional<unsigned> user = rightsOfThread();
+  if (!user || (tree.known && tree.user != *user))
     return false;
+  tree.user = *user;
   if (tree.known && !tree.known->refresh(directory))
     drop(tree);
   else if (tree.known && tree.known->find(directory.identity()) != NameIndex::kNone)
@@ -98,10 +100,8 @@ bool TreeRegistry::isDue(Tree& tree, bool isWhole, const FileIdentity& identity)
 
 bool TreeRegistry::build(Tree& tree, bool isWhole, const SearchedDirectory& directory) {
   const bool hasMany = tree.known && tree.known->rootCount() >= kMostAlone;
-  if (!tree.known || isWhole || hasMany) {
+  if (!tree.known || isWhole || hasMany)
     tree.known = makeKnownDirectories(isWhole, indexSettings().maxBytes);
-    tree.user = rightsOfThread();
-  }
   if (tree.known->add(directory)) {
     ++m_built;
     return true;

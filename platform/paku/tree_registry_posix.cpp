@@ -43,7 +43,7 @@ TreeRegistry& TreeRegistry::instance() {
   return current && current->process == process ? current->registry : registryOfNewProcess(process);
 }
 
-unsigned rightsOfThread() {
+std::optional<unsigned> rightsOfThread() {
   return geteuid();
 }
 

@@ -59,7 +59,14 @@ bool WatchedTree::add(const SearchedDirectory& directory) {
   m_notices = std::make_unique<ChangeNotices>(std::move(handle));
   m_identity = identity;
   m_root = m_index.addRoot();
-  return m_notices->isOpen() && read(directory.path(), m_root);
+  return m_notices->isOpen() && read(directory.path(), m_root) && isKnownAt(directory);
+}
+
+/// Returns false when what was read by its path may have been another directory.
+bool WatchedTree::isKnownAt(const SearchedDirectory& directory) const {
+  const FileHandle handle = openDirectory(directory.path(), FILE_READ_ATTRIBUTES, 0);
+  FileIdentity identity;
+  return handle && identityOf(handle.get(), identity) && identity == m_identity && !m_hasTwins;
 }
 
 WatchedTree::Number WatchedTree::find(const FileIdentity& identity) const {
@@ -75,7 +82,8 @@ bool WatchedTree::refresh(const SearchedDirectory& directory) {
   // Everything goes before anything is added: what was moved within the tree is told of twice.
   for (const std::wstring& path : paths) remove(path);
   return std::ranges::all_of(
-      paths, [&](const std::wstring& path) { return addAgain(directory.path(), path); });
+             paths, [&](const std::wstring& path) { return addAgain(directory.path(), path); }) &&
+         (paths.empty() || isKnownAt(directory));
 }
 
 std::size_t WatchedTree::bytes() const {
@@ -113,6 +121,7 @@ bool WatchedTree::readOne(const std::wstring& root, Number directory, std::vecto
 }
 
 WatchedTree::Number WatchedTree::addEntry(Number directory, const WIN32_FIND_DATAW& entry) {
+  m_hasTwins = m_hasTwins || childOf(directory, entry.cFileName) != kNone;
   return m_index.addEntry(directory, entry.cFileName, kindOf(entry));
 }
 

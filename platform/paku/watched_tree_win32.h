@@ -30,6 +30,7 @@ class WatchedTree final : public IKnownDirectories {
   std::size_t rootCount() const override { return m_notices ? 1 : 0; }
 
  private:
+  bool isKnownAt(const SearchedDirectory& directory) const;
   bool read(const std::wstring& root, Number top);
   bool readOne(const std::wstring& root, Number directory, std::vector<Number>& unread);
   Number addEntry(Number directory, const WIN32_FIND_DATAW& entry);
@@ -41,6 +42,7 @@ class WatchedTree final : public IKnownDirectories {
   const bool m_isTree;
   const std::size_t m_maxBytes;
   std::unique_ptr<ChangeNotices> m_notices;
+  bool m_hasTwins = false;  // names that differ in letter case alone: notices do not tell which
   FileIdentity m_identity;
   Number m_root = NameIndex::kNone;
   NameIndex m_index;
