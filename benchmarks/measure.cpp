@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <exception>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -98,15 +99,20 @@ void measureIndex(const fs::path& path) {
   const std::vector<std::wstring> names = sampleOf(path, 10000);
 
   std::vector<Microseconds> walks;
+  std::vector<Microseconds> wholes;
   std::vector<Microseconds> builds;
   for (int i = 0; i < kRepeats; ++i) {
     use(IndexUse::kNever);
     walks.push_back(scan(tree));
+    use(IndexUse::kFromSecondScan);
+    wholes.push_back(timeOf([&] { hits(*searchIn(tree), names); }));
     use(IndexUse::kFromFirstScan);
     builds.push_back(scan(tree));
   }
   say("walk_us", median(walks));
   say("build_us", median(builds));
+  say("whole_result_us", median(wholes));
+  say("whole_result_sources", static_cast<double>(names.size()));
   const PAKU_3_1::internal::IndexCounts counts = TreeRegistry::instance().counts();
   say("indexed_entries", static_cast<double>(counts.entries));
   say("index_bytes", static_cast<double>(counts.bytes));
@@ -118,14 +124,6 @@ void measureIndex(const fs::path& path) {
   const std::wstring binary = tree + L"/bin/program";
   misses(*search, 3, binary.c_str());
   say("warm_miss_around_binary_us", median(misses(*search, names.size(), binary.c_str())));
-
-  std::vector<Microseconds> results;
-  for (int i = 0; i < kRepeats; ++i) {
-    use(IndexUse::kFromSecondScan);
-    results.push_back(timeOf([&] { hits(*searchIn(tree), names); }));
-  }
-  say("whole_result_us", median(results));
-  say("whole_result_sources", static_cast<double>(names.size()));
 }
 
 /// Makes `count` files whose names differ in letter case alone, 16 in each directory.
@@ -178,18 +176,27 @@ std::vector<std::size_t> countsOf(char** begin, char** end) {
   return counts;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  const std::string what = argc >= 3 ? argv[1] : "";
+/// Returns false for a wrong command line.
+bool measure(const std::string& what, int argc, char** argv) {
   if (what == "index" && argc == 3)
     measureIndex(argv[2]);
   else if (what == "growth" && argc > 3)
     measureGrowth(argv[2], countsOf(argv + 3, argv + argc));
   else if (what == "md5" && argc == 3)
     measureMd5(argv[2]);
-  else {
-    std::fputs("usage: measure index TREE | growth PLACE COUNT... | md5 FILE\n", stderr);
-    return 2;
-  }
+  else
+    return false;
+  return true;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) try {
+  if (measure(argc >= 3 ? argv[1] : "", argc, argv))
+    return 0;
+  std::fputs("usage: measure index TREE | growth PLACE COUNT... | md5 FILE\n", stderr);
+  return 2;
+} catch (const std::exception& error) {
+  std::fprintf(stderr, "measure: %s\n", error.what());
+  return 1;
 }
