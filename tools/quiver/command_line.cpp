@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "archive_grammar.h"
+#include "explain_command.h"
 #include "find_grammar.h"
 #include "help_texts.h"
 #include "identify_command.h"
@@ -47,6 +48,7 @@ class Grammar final {
     m_find->footer(kFindExamples);
     m_find->require_subcommand(1);
     for (const search_category_t kind : kKinds) m_commands.push_back(addFindCommand(*m_find, kind));
+    addExplainCommands();
     m_commands.push_back(addArchiveCommand(m_app));
     m_commands.push_back(addIdentifyCommand(m_app));
     m_commands.push_back(addResolveCommand(m_app));
@@ -71,6 +73,19 @@ class Grammar final {
   }
 
  private:
+  void addExplainCommands() {
+    m_explain = m_app.add_subcommand("explain", kExplainDescription);
+    m_explain->footer(kExplainExamples);
+    m_explain->require_subcommand(1);
+    for (const search_category_t kind : kKinds)
+      m_commands.push_back(addLookupCommand(*m_explain, kind, runExplain));
+  }
+
+  /// Null when the words so far name neither.
+  const CLI::App* groupOfKinds() const {
+    return m_find->parsed() ? m_find : m_explain->parsed() ? m_explain : nullptr;
+  }
+
   static Job saying(Answer answer) {
     return [answer = std::move(answer)] { return answer; };
   }
@@ -84,12 +99,13 @@ class Grammar final {
 
   std::string hint() const {
     const ProgramCommand* command = usedCommand();
-    const std::string words = command ? command->words : m_find->parsed() ? "find" : "";
+    const CLI::App* const group = groupOfKinds();
+    const std::string words = command ? command->words : group ? group->get_name() : "";
     return "Try 'quiver " + words + (words.empty() ? "" : " ") + "--help'.\n";
   }
 
   std::string commandWords() const {
-    std::string words = "'find'";
+    std::string words = "'find', 'explain'";
     for (const ProgramCommand& command : m_commands)
       if (command.app->get_parent() == &m_app)
         words += (&command == &m_commands.back() ? " and '" : ", '") + command.words + "'";
@@ -102,7 +118,7 @@ class Grammar final {
     const std::vector<std::string> rest = m_app.remaining(true);
     if (rest.empty())
       return {kExitFailure, "", m_app.help()};
-    if (m_find->parsed())
+    if (groupOfKinds())
       return usageAnswer(
           "'" + rest.front() + "' is no kind of file; the kinds are 'bin', 'sym', 'src'", hint());
     return usageAnswer(
@@ -111,6 +127,7 @@ class Grammar final {
 
   CLI::App m_app;
   CLI::App* m_find = nullptr;
+  CLI::App* m_explain = nullptr;
   std::vector<ProgramCommand> m_commands;
 };
 

@@ -99,9 +99,16 @@ FindOptions readFindOptions(const FindCommand& command) {
 }  // namespace
 
 ProgramCommand addFindCommand(CLI::App& find, search_category_t category) {
+  ProgramCommand command = addLookupCommand(find, category, runFind);
+  command.app->footer(kindExamples(category));
+  return command;
+}
+
+ProgramCommand addLookupCommand(CLI::App& parent,
+                                search_category_t category,
+                                Answer (*run)(const FindOptions&)) {
   FindCommand command;
-  CLI::App& app = *find.add_subcommand(categoryWord(category), kindDescription(category));
-  app.footer(kindExamples(category));
+  CLI::App& app = *parent.add_subcommand(categoryWord(category), kindDescription(category));
   command.category = category;
   command.name = addText(app, "NAME", "", "Recorded path or bare file name")->required();
   addPlaceOptions(app, command.places);
@@ -116,8 +123,8 @@ ProgramCommand addFindCommand(CLI::App& find, search_category_t category) {
   command.json = addFlag(app, "--json", "Print the result as JSON");
   command.verbose =
       addFlag(app, "-v,--verbose", "Show how the file was found and what was rejected");
-  return {&app, std::string("find ") + categoryWord(category), [command] {
-            return [options = readFindOptions(command)] { return runFind(options); };
+  return {&app, parent.get_name() + " " + categoryWord(category), [command, run] {
+            return [options = readFindOptions(command), run] { return run(options); };
           }};
 }
 

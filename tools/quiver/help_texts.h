@@ -19,7 +19,8 @@ inline constexpr const char* kProgramExamples =
     "  quiver find src /ci/work/lib/parse.c -d ~/checkout --md5 9e107d9d372bb6826bd81d3542a419d6\n"
     "\n"
     "See 'quiver find --help', 'quiver find sym --help', 'quiver archive --help',\n"
-    "'quiver identify --help' and 'quiver resolve --help'; the manual is quiver(1).\n";
+    "'quiver explain --help', 'quiver identify --help' and 'quiver resolve --help'; the manual is "
+    "quiver(1).\n";
 
 inline constexpr const char* kFindDescription = "Finds a file by its recorded name.";
 
@@ -57,6 +58,20 @@ inline constexpr const char* kArchiveExamples =
     "      name, kind, MD5 and size of every copy\n"
     "  quiver archive --verify ~/results/r1 && echo sound\n"
     "      compares every copy with the MD5 that its folder is named by\n";
+
+inline constexpr const char* kExplainDescription =
+    "Tells all that a lookup of one file tries, and what would make it found.";
+
+inline constexpr const char* kExplainExamples =
+    "The options are those of 'quiver find'. What was looked at stands step by step, each "
+    "candidate\n"
+    "with its verdict, what was not tried with the reason.\n"
+    "Examples:\n"
+    "  quiver explain src /ci/work/a.cpp -d ~/checkout,recursive --md5 "
+    "9e107d9d372bb6826bd81d3542a419d6\n"
+    "      says which files of that name were rejected, and why\n"
+    "  quiver explain sym app.pdb --binary app.exe --json\n"
+    "      the same for programs: which stores were asked, and what they answered\n";
 
 inline constexpr const char* kIdentifyDescription =
     "Shows what binaries and symbol files say of themselves: format, GUID and age or build-id, "

@@ -60,7 +60,9 @@ bool isSuggestionMissing(const FindOptions& options) {
   return options.suggestion && !std::filesystem::exists(toNativePath(*options.suggestion), ignored);
 }
 
-Outcome lookUpWith(const FindOptions& options, IValidatorCallback& check) {
+Outcome lookUpWith(const FindOptions& options,
+                   IValidatorCallback& check,
+                   QV_2_9::ISearchJournal* journal) {
   Outcome outcome;
   ChoosingCallback choosing(options.isAll);
   ShowingCallback showing(choosing, outcome);
@@ -68,8 +70,8 @@ Outcome lookUpWith(const FindOptions& options, IValidatorCallback& check) {
   scope.setSearchDirs(searchDirs(options));
   scope.setCallbacks(choosing, showing);
   const std::vector<QV_2_9::search_category_t> categories{options.category};
-  const ObjectPtr<IFileSearch> search = IFileSearch::create(
-      scope.createSearchEnv(archiveDirs(options, categories), environmentInfo(options)));
+  const ObjectPtr<IFileSearch> search = QV_2_9::createFileSearchWithJournal(
+      scope.createSearchEnv(archiveDirs(options, categories), environmentInfo(options)), journal);
   DownloadProgress progress(terminalForProgress());
   if (const ObjectPtr<IValidFile> file = ask(*search, options, check, progress))
     outcome.found = toFoundFile(*file);
@@ -83,18 +85,18 @@ Outcome lookUpWith(const FindOptions& options, IValidatorCallback& check) {
 
 }  // namespace
 
-Outcome lookUp(const FindOptions& options) {
+Outcome lookUp(const FindOptions& options, QV_2_9::ISearchJournal* journal) {
   if (options.notNewerThan) {
     QV_2_9::SourceFileUpToDateCheckValidator check(options.notNewerThan->c_str());
-    return lookUpWith(options, check);
+    return lookUpWith(options, check, journal);
   }
   if (options.modificationTime || options.size) {
     QV_2_9::SourceFileTimeAndSizeMatchValidator check(options.modificationTime.value_or(0),
                                                       options.size.value_or(0));
-    return lookUpWith(options, check);
+    return lookUpWith(options, check, journal);
   }
   QV_2_9::ChecksumValidator check(options.category, expectedChecksum(options));
-  return lookUpWith(options, check);
+  return lookUpWith(options, check, journal);
 }
 
 }  // namespace quiver_tool

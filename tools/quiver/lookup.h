@@ -9,6 +9,7 @@
 
 #include "command_line.h"
 #include "quiver/resolution_context.h"
+#include "quiver/search_journal.h"
 
 namespace quiver_tool {
 
@@ -37,7 +38,8 @@ struct Outcome {
 };
 
 /// Looks for the file. The first valid file is the answer; with `isAll` the remaining steps run
-/// too. With `isArchivingFound` the answer is copied into the nearest archive.
-Outcome lookUp(const FindOptions& options);
+/// too. With `isArchivingFound` the answer is copied into the nearest archive. `journal` may be
+/// null.
+Outcome lookUp(const FindOptions& options, QV_2_9::ISearchJournal* journal = nullptr);
 
 }  // namespace quiver_tool

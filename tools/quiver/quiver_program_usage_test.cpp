@@ -47,7 +47,8 @@ INSTANTIATE_TEST_SUITE_P(
         UsageRow{"TwoNames", {"find", "sym", "a", "b"}, "not expected: b"},
         UsageRow{"UnknownCommand",
                  {"look"},
-                 "'look' is not a command; the commands are 'find', 'archive', 'identify' and "
+                 "'look' is not a command; the commands are 'find', 'explain', 'archive', "
+                 "'identify' and "
                  "'resolve'"},
         UsageRow{"UnknownKind", {"find", "lib", "a"}, "'lib' is no kind of file"},
         UsageRow{"UnknownOption", {"find", "src", "a", "--deep"}, "not expected: --deep"},
