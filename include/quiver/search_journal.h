@@ -60,7 +60,7 @@ struct JournalDirectory {
   bool isRecursive;
   journal_directory_state_t state;
   bool isFromIndex;  ///< Answered from what was known of the tree; else read.
-  int64_t entries;   ///< Directory entries read, or files that the index named.
+  int64_t entries;   ///< Entries read, or found where the system or the index was asked by name.
 };
 
 /// What became of a candidate.

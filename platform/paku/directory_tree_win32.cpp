@@ -121,6 +121,7 @@ class Walk final {
       if (!entry.empty() && Names::areEqual(entry, name))
         contents.matches.push_back(std::move(entry));
     }
+    m_entriesRead += contents.matches.size();
     std::ranges::sort(contents.matches);
     contents.matches.erase(std::unique(contents.matches.begin(), contents.matches.end()),
                            contents.matches.end());

@@ -6,6 +6,7 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 #include <gmock/gmock.h>
@@ -306,6 +307,36 @@ TEST(FileSearchDescriptorsPosix, AreClosed) {
     findIn(tree, L"X/Y/A", kWholeTree, 1);
   }
   EXPECT_EQ(openCount(), before);
+}
+
+/// Notes how the directories of a search were served.
+class ServedDirectories final : public IScanWatcher, public IFileScanCallback {
+ public:
+  std::vector<std::pair<ScannedDirectory::State, std::uint64_t>> served;
+
+  bool onFileFound(const String&) override { return true; }
+  void onDirectory(const ScannedDirectory& directory) override {
+    served.emplace_back(directory.state, directory.entries);
+  }
+};
+
+TEST(FileSearchWatcherPosix, HearsOfEntriesAndOfWhatCannotBeSearched) {
+  using State = ScannedDirectory::State;
+  TempTree tree;
+  tree.addFile("dir/1");
+  tree.addFile("dir/2");
+  tree.addDirectory("empty");
+  FileSearch search;
+  for (const char* name : {"dir", "dir", "absent", "dir/1", "empty"})
+    search.addSearchDirectory(Filename(String(tree.path(name).c_str()), 0, false), 0, 0);
+  ServedDirectories watcher;
+  search.find(String(L"a"), watcher, &watcher);
+  EXPECT_THAT(watcher.served,
+              ElementsAre(std::pair(State::kSearched, 2u),
+                          std::pair(State::kRepeated, 0u),
+                          std::pair(State::kMissing, 0u),
+                          std::pair(State::kMissing, 0u),
+                          std::pair(State::kSearched, 0u)));
 }
 
 }  // namespace

@@ -19,7 +19,8 @@ namespace QV_2_9 {
 
 using Events = std::vector<std::wstring>;
 
-/// Writes each event down as one line. Times are checked to be times, and left out.
+/// Writes each event down as one line. How many entries of a directory alone were read differs from
+/// system to system and is left out. Times are checked to be times, and left out.
 class Notebook final : public ISearchJournal {
  public:
   explicit Notebook(std::wstring root) : m_root(std::move(root)) {}
@@ -39,7 +40,8 @@ class Notebook final : public ISearchJournal {
     static const wchar_t* const kStates[] = {
         L"searched", L"ended", L"missing", L"unreadable", L"repeated", L"not searched", L"server"};
     add(std::wstring(event.isRecursive ? L"tree " : L"directory ") + below(event.path) + L" " +
-        kStates[event.state] + L" " + std::to_wstring(event.entries) +
+        kStates[event.state] +
+        (event.isRecursive ? L" " + std::to_wstring(event.entries) : std::wstring()) +
         (event.isFromIndex ? L" from index" : L""));
   }
   void onCandidate(const JournalCandidate& event) override {
