@@ -13,6 +13,7 @@
 #include "paku/md5_memo.h"
 #include "paku/native_path_posix.h"
 #include "paku/regular_file_posix.h"
+#include "paku/trusted_file_system_posix.h"
 
 namespace PAKU_3_1 {
 namespace {
@@ -31,9 +32,10 @@ std::int64_t nanoseconds(const timespec& time) {
   return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
 }
 
+/// Nothing where times come over a network, or from a program: they may be old ones.
 std::optional<internal::FileState> stateOf(int fd) {
   struct stat status {};
-  if (fstat(fd, &status) != 0)
+  if (!internal::notifiesOfChanges(fd) || fstat(fd, &status) != 0)
     return std::nullopt;
   return internal::FileState{status.st_dev,
                              status.st_ino,

@@ -1,14 +1,12 @@
 // Regular files through their handles.
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "paku/file.h"
 #include "paku/file_status_win32.h"
 #include "paku/md5.h"
-#include "paku/md5_memo.h"
 #include "paku/native_path_win32.h"
 #include "paku/no_dialogs_win32.h"
 #include "paku/regular_file_win32.h"
@@ -30,27 +28,6 @@ bool readAt(HANDLE file, std::vector<char>& buffer, std::uint64_t offset, DWORD&
   count = 0;
   return ReadFile(file, buffer.data(), static_cast<DWORD>(buffer.size()), &count, &place) ||
          GetLastError() == ERROR_HANDLE_EOF;
-}
-
-std::int64_t nanosecondsSince1970(std::int64_t ticksSince1601) {
-  constexpr std::int64_t kTicksTo1970 = 116'444'736'000'000'000;
-  constexpr std::int64_t kNanosecondsPerTick = 100;
-  return (ticksSince1601 - kTicksTo1970) * kNanosecondsPerTick;
-}
-
-/// Nothing where the file system has no time of the last change, as FAT.
-std::optional<internal::FileState> stateOf(HANDLE file) {
-  BY_HANDLE_FILE_INFORMATION info = {};
-  FILE_BASIC_INFO times = {};
-  if (!GetFileInformationByHandle(file, &info) ||
-      !GetFileInformationByHandleEx(file, FileBasicInfo, &times, sizeof times) ||
-      times.ChangeTime.QuadPart == 0)
-    return std::nullopt;
-  return internal::FileState{info.dwVolumeSerialNumber,
-                             std::uint64_t{info.nFileIndexHigh} << 32 | info.nFileIndexLow,
-                             std::uint64_t{info.nFileSizeHigh} << 32 | info.nFileSizeLow,
-                             nanosecondsSince1970(times.LastWriteTime.QuadPart),
-                             nanosecondsSince1970(times.ChangeTime.QuadPart)};
 }
 
 std::wstring md5Of(HANDLE file) {
@@ -84,8 +61,8 @@ File::~File() {
 String File::md5checksum() {
   if (m_status != 0)
     return {};
-  const HANDLE file = handleOf(m_handle);
-  return internal::rememberedMd5([file] { return stateOf(file); }, [file] { return md5Of(file); });
+  // Never remembered: here the times of a file may stay as they are until its writers close it.
+  return md5Of(handleOf(m_handle));
 }
 
 Readability readability(const Filename& filename) {

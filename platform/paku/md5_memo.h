@@ -32,7 +32,7 @@ struct FileState {
 /// Safe to use from several threads.
 class Md5Memo final {
  public:
-  static constexpr std::size_t kMostFiles = 4096;
+  static constexpr std::size_t kMostFiles = 16384;
   static constexpr std::chrono::seconds kRest{60};
 
   Md5Memo() = default;
