@@ -2,6 +2,8 @@
 
 #include "resolution/path_mapping.h"
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <thread>
@@ -97,11 +99,11 @@ TEST_F(PathMappingsTest, SearchesOnSeveralThreadsShareOneSet) {
   for (int i = 0; i < 3; ++i)
     searches.push_back(manager->createFileSearch(context.get(), L"key", nullptr));
   std::vector<std::thread> threads;
-  for (const ObjectPtr<IFileSearch>& search : searches) {
-    threads.emplace_back([&, one = search.get()] {
+  std::array<IsNew, 3> checks;  // Checks are made by one thread at a time.
+  for (std::size_t thread = 0; thread < checks.size(); ++thread) {
+    threads.emplace_back([&, one = searches[thread].get(), check = &checks[thread]] {
       for (int i = 0; i < 50; ++i) {
-        IsNew check;
-        EXPECT_TRUE(one->findSrcFile(L"/ci/src/a.cpp", L"", L"", &check, nullptr));
+        EXPECT_TRUE(one->findSrcFile(L"/ci/src/a.cpp", L"", L"", check, nullptr));
         mappings->learn((L"/x" + std::to_wstring(i) + L"/src/a.cpp").c_str(), file.c_str());
         mappings->getMapping(1);
       }
