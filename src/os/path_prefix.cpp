@@ -60,10 +60,16 @@ bool ignoresCase(const SplitPath& a, const SplitPath& b) {
   return a.isWindows || b.isWindows;
 }
 
+// A root without a drive is the same in both styles.
+bool isSameRoot(const std::wstring& a, const std::wstring& b, bool ignoresCase) {
+  const auto isPlain = [](const std::wstring& root) { return root == L"/" || root == L"\\"; };
+  return (isPlain(a) && isPlain(b)) || isSameText(a, b, ignoresCase);
+}
+
 /// Returns true when `path` has this root and begins with these names.
 bool beginsWith(const SplitPath& path, const SplitPath& prefix) {
   const bool folds = ignoresCase(path, prefix);
-  return prefix.names.size() <= path.names.size() && isSameText(path.root, prefix.root, folds) &&
+  return prefix.names.size() <= path.names.size() && isSameRoot(path.root, prefix.root, folds) &&
          std::equal(prefix.names.begin(),
                     prefix.names.end(),
                     path.names.begin(),

@@ -85,6 +85,7 @@ constexpr MappedRow kMapped[] = {
     {"OutAgainByDots", L"/ci/work", L"/h", L"/ci/work/../../etc/passwd", L""},
     {"DotsThatStayBelow", L"/ci/work", L"/h", L"/ci/work/x/../a.cpp", L"/h/a.cpp"},
     {"RootToDirectory", L"/", L"/sysroot", L"/usr/a.h", L"/sysroot/usr/a.h"},
+    {"RootsWithoutDrive", L"/", L"/h", L"\\ci\\a.cpp", L"/h/ci/a.cpp"},
     {"RootIsNoDrive", L"/", L"/sysroot", L"C:\\usr\\a.h", L""},
     {"RootIsNotRelative", L"/", L"/sysroot", L"usr/a.h", L""},
     {"Relative", L"", L"/h", L"src/a.cpp", L"/h/src/a.cpp"},
