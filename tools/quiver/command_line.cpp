@@ -12,6 +12,7 @@
 #include "help_texts.h"
 #include "identify_command.h"
 #include "operands.h"
+#include "record_command.h"
 #include "resolve_command.h"
 #include "text_encoding.h"
 #include "usage_error.h"
@@ -51,6 +52,7 @@ class Grammar final {
     addExplainCommands();
     m_commands.push_back(addArchiveCommand(m_app));
     m_commands.push_back(addIdentifyCommand(m_app));
+    m_commands.push_back(addRecordCommand(m_app));
     m_commands.push_back(addResolveCommand(m_app));
   }
 

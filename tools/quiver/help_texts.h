@@ -19,8 +19,8 @@ inline constexpr const char* kProgramExamples =
     "  quiver find src /ci/work/lib/parse.c -d ~/checkout --md5 9e107d9d372bb6826bd81d3542a419d6\n"
     "\n"
     "See 'quiver find --help', 'quiver find sym --help', 'quiver archive --help',\n"
-    "'quiver explain --help', 'quiver identify --help' and 'quiver resolve --help'; the manual is "
-    "quiver(1).\n";
+    "'quiver explain --help', 'quiver identify --help', 'quiver record --help' and\n"
+    "'quiver resolve --help'; the manual is quiver(1).\n";
 
 inline constexpr const char* kFindDescription = "Finds a file by its recorded name.";
 
@@ -88,6 +88,18 @@ inline constexpr const char* kIdentifyExamples =
     "      the same GUID and age in both: they were made by one link\n"
     "  quiver identify --json /usr/lib/libparse.so\n"
     "      also where stores keep the symbol file (store_key)\n";
+
+inline constexpr const char* kRecordDescription =
+    "Makes a manifest of binaries: what they are, their symbol files, their sources.";
+
+inline constexpr const char* kRecordExamples =
+    "Sources are those that the debug data of ELF files names; those of PE files are not listed.\n"
+    "Nothing is downloaded.\n"
+    "Exit status: 0 every binary was recorded, 1 one was not, 2 usage or output error.\n"
+    "\n"
+    "Examples:\n"
+    "  quiver record build/app build/libparse.so -o app.json\n"
+    "      'quiver resolve app.json' looks for all of it on another machine\n";
 
 inline constexpr const char* kResolveDescription =
     "Finds all files of a manifest: the modules, their symbol files, their sources.";

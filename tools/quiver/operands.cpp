@@ -8,7 +8,7 @@
 namespace quiver_tool {
 namespace {
 
-constexpr std::array<std::string_view, 2> kCommandsWithLists = {"archive", "identify"};
+constexpr std::array<std::string_view, 3> kCommandsWithLists = {"archive", "identify", "record"};
 
 // No argument of a program can hold it.
 constexpr char kMark = '\0';

@@ -48,8 +48,8 @@ INSTANTIATE_TEST_SUITE_P(
         UsageRow{"UnknownCommand",
                  {"look"},
                  "'look' is not a command; the commands are 'find', 'explain', 'archive', "
-                 "'identify' and "
-                 "'resolve'"},
+                 "'identify', "
+                 "'record' and 'resolve'"},
         UsageRow{"UnknownKind", {"find", "lib", "a"}, "'lib' is no kind of file"},
         UsageRow{"UnknownOption", {"find", "src", "a", "--deep"}, "not expected: --deep"},
         UsageRow{"UnknownFlag", {"find", "src", "a", "-d", "/x,recurse"}, "unknown flag 'recurse'"},
