@@ -15,6 +15,7 @@
 #include "paku/file.h"
 #include "paku/file_search.h"
 #include "paku/found_paths_test_support.h"
+#include "paku/index_settings.h"
 #include "paku/scoped_user_test_support.h"
 #include "paku/text_encoding.h"
 
@@ -320,7 +321,18 @@ class ServedDirectories final : public IScanWatcher, public IFileScanCallback {
   }
 };
 
-TEST(FileSearchWatcherPosix, HearsOfEntriesAndOfWhatCannotBeSearched) {
+/// Entries are counted by walks.
+class FileSearchWatcherPosix : public testing::Test {
+ protected:
+  FileSearchWatcherPosix() {
+    internal::setIndexSettings({internal::IndexUse::kNever, m_former.maxBytes});
+  }
+  ~FileSearchWatcherPosix() override { internal::setIndexSettings(m_former); }
+
+  const internal::IndexSettings m_former = internal::indexSettings();
+};
+
+TEST_F(FileSearchWatcherPosix, HearsOfEntriesAndOfWhatCannotBeSearched) {
   using State = ScannedDirectory::State;
   TempTree tree;
   tree.addFile("dir/1");

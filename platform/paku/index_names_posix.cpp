@@ -13,12 +13,6 @@ namespace PAKU_3_1::internal {
 const std::size_t kLongestIndexedPath = PATH_MAX;
 const NameChar kNameSeparator = '/';
 
-SoughtName soughtName(const std::wstring& component) {
-  NameString text = encodedName(component);
-  const std::uint32_t hash = nameHash(text);
-  return {std::move(text), hash};
-}
-
 /// FNV-1a of the folded bytes.
 std::uint32_t nameHash(NameView name) {
   std::uint32_t hash = 2166136261u;

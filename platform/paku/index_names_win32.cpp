@@ -22,12 +22,6 @@ std::uint32_t folded(wchar_t unit) {
 const std::size_t kLongestIndexedPath = kLongestPath;
 const NameChar kNameSeparator = L'\\';
 
-SoughtName soughtName(const std::wstring& component) {
-  NameString text = encodedName(component);
-  const std::uint32_t hash = nameHash(text);
-  return {std::move(text), hash};
-}
-
 /// FNV-1a of the folded units.
 std::uint32_t nameHash(NameView name) {
   std::uint32_t hash = 2166136261u;
