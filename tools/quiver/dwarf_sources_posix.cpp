@@ -51,6 +51,22 @@ bool isInvented(const std::string& path) {
   return path == "???" || path.ends_with(">");
 }
 
+bool isLetter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+// The reader puts the directory of the compilation in front of every name without a leading slash,
+// absolute names of Windows among them.
+std::string_view withoutDirectoryBeforeADrive(std::string_view path) {
+  for (std::size_t slash = path.find('/'); slash != std::string_view::npos;
+       slash = path.find('/', slash + 1)) {
+    const std::string_view rest = path.substr(slash + 1);
+    if (rest.size() > 2 && isLetter(rest[0]) && rest[1] == ':' && rest[2] == '\\')
+      return rest;
+  }
+  return path;
+}
+
 class Collector final {
  public:
   explicit Collector(Dwarf* dwarf) : m_lines(lineSectionOf(dwarf)) {}
@@ -64,7 +80,8 @@ class Collector final {
     for (std::size_t i = 0; i < count; ++i) {
       const char* path = dwarf_filesrc(files, i, nullptr, nullptr);
       if (path && *path != '\0' && !isInvented(path))
-        add(path, i < md5s.size() ? md5s[i] : std::string());
+        add(std::string(withoutDirectoryBeforeADrive(path)),
+            i < md5s.size() ? md5s[i] : std::string());
     }
   }
 

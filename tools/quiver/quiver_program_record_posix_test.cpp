@@ -49,6 +49,13 @@ TEST_F(ProgramRecordingPosix, ListsSourcesOfEveryVersion) {
   }
 }
 
+TEST_F(ProgramRecordingPosix, KeepsAbsoluteNamesOfWindows) {
+  make("gcc -g -ffile-prefix-map=\"$PWD\"='C:\\ci\\work' \"$PWD/a.c\" -o app");
+  EXPECT_EQ(record("app").status, 0);
+  ASSERT_EQ(module().at("sources").size(), 1u);
+  EXPECT_EQ(module().at("sources")[0].at("path"), "C:\\ci\\work/a.c");
+}
+
 TEST_F(ProgramRecordingPosix, TakesTheMd5OfTheContentThatWasCompiled) {
   make("clang -gdwarf-5 a.c -o app");
   record("app");
