@@ -1,5 +1,7 @@
 #include "lookup_record.h"
 
+#include <cstddef>
+
 namespace quiver_tool {
 
 std::int64_t TextPool::numberOf(std::wstring_view text) {
@@ -68,7 +70,7 @@ void LookupRecord::addEnd(TextPool& texts, std::wstring_view who) {
 std::vector<std::vector<std::int64_t>> LookupRecord::events() const {
   std::vector<std::vector<std::int64_t>> events;
   for (auto at = m_numbers.begin(); at != m_numbers.end();) {
-    const auto end = at + 1 + *at;
+    const auto end = at + 1 + static_cast<std::ptrdiff_t>(*at);
     events.emplace_back(at + 1, end);
     at = end;
   }
