@@ -1,11 +1,13 @@
 #include "manifest_reader.h"
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <limits>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <system_error>
 
 #include "json_locator.h"
 #include "manifest_words.h"
@@ -162,12 +164,16 @@ std::string complaint(std::string_view text,
   return escapeControls(lineAndColumn(text, offset) + where + ": " + reason);
 }
 
+void refuseTooMany(std::uintmax_t bytes) {
+  if (bytes > kMostManifestBytes)
+    throw ManifestError("it has " + std::to_string(bytes) + " bytes; a manifest has at most " +
+                        std::to_string(kMostManifestBytes));
+}
+
 }  // namespace
 
 Manifest parseManifest(std::string_view text) {
-  if (text.size() > kMostManifestBytes)
-    throw ManifestError("it has " + std::to_string(text.size()) +
-                        " bytes; a manifest has at most " + std::to_string(kMostManifestBytes));
+  refuseTooMany(text.size());
   if (const std::optional<JsonFault> fault = findSyntaxFault(text))
     throw ManifestError(complaint(text, fault->offset, fault->pointer, fault->reason));
   try {
@@ -178,16 +184,21 @@ Manifest parseManifest(std::string_view text) {
 }
 
 Manifest readManifest(const std::wstring& path) {
-  std::ifstream file(toNativePath(path), std::ios::binary);
-  if (!file)
+  const std::filesystem::path native = toNativePath(path);
+  std::error_code error;
+  const std::uintmax_t size = std::filesystem::file_size(native, error);
+  std::error_code ignored;
+  if (error && std::filesystem::exists(native, ignored))
+    throw ManifestError("it is no regular file");  // opening a pipe would wait for its writer
+  std::ifstream file(native, std::ios::binary);
+  if (error || !file)
     throw ManifestError("cannot be opened");
-  std::string text;
-  std::string block(std::size_t{64} << 10, '\0');
-  while (text.size() <= kMostManifestBytes &&
-         (file.read(block.data(), static_cast<std::streamsize>(block.size())), file.gcount() > 0))
-    text.append(block, 0, static_cast<std::size_t>(file.gcount()));
+  refuseTooMany(size);
+  std::string text(static_cast<std::size_t>(size), '\0');
+  file.read(text.data(), static_cast<std::streamsize>(text.size()));
   if (file.bad())
     throw ManifestError("cannot be read");
+  text.resize(static_cast<std::size_t>(file.gcount()));
   return parseManifest(text);
 }
 
