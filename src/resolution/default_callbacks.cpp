@@ -1,5 +1,4 @@
-// See default_callbacks.h. Each operation runs the algorithm of its kind over a handler for its
-// category.
+// See default_callbacks.h. Each kind runs one algorithm over a handler for the category.
 
 #include "resolution/default_callbacks.h"
 
@@ -14,7 +13,7 @@ DefaultSearchStartedCallback::DefaultSearchStartedCallback(
     const ObjectPtr<ISearchHistory>& history,
     const ObjectPtr<IResolutionContext>& context,
     const wchar_t* key)
-    : DefaultCallback(history, context, key) {
+    : SearchStartedByCategory(history, context, key) {
   registerSelf();
 }
 
@@ -22,30 +21,10 @@ DefaultSearchStartedCallback::~DefaultSearchStartedCallback() {
   unregisterSelf();
 }
 
-bool DefaultSearchStartedCallback::onBinSearchStarted(const wchar_t* binFile,
-                                                      IStringContainer& suggestions) {
-  BinSearchStartedHandler handler(m_history, m_userCallback, {binFile, L"", L""});
-  return searchStarted(handler, suggestions);
-}
-
-bool DefaultSearchStartedCallback::onSymSearchStarted(const wchar_t* symFile,
-                                                      const wchar_t* binaryFile,
-                                                      const wchar_t* checksum,
-                                                      IStringContainer& suggestions) {
-  SymSearchStartedHandler handler(m_history, m_userCallback, {symFile, binaryFile, checksum});
-  return searchStarted(handler, suggestions);
-}
-
-bool DefaultSearchStartedCallback::onSrcSearchStarted(const wchar_t* srcFile,
-                                                      const wchar_t* binaryFile,
-                                                      const wchar_t* checksum,
-                                                      IStringContainer& suggestions) {
-  SrcSearchStartedHandler handler(m_history, m_userCallback, {srcFile, binaryFile, checksum});
-  return searchStarted(handler, suggestions);
-}
-
-bool DefaultSearchStartedCallback::searchStarted(ISearchStartedHandler& handler,
+template <class Ops>
+bool DefaultSearchStartedCallback::searchStarted(const internal::SoughtFile& file,
                                                  IStringContainer& suggestions) {
+  SearchStartedHandler<Ops> handler(m_history, m_userCallback, file);
   const bool answer = handler.callUserCallback(suggestions);
   if (!answer || m_historyMode == hmDisabled)
     return answer;
@@ -62,7 +41,7 @@ bool DefaultSearchStartedCallback::searchStarted(ISearchStartedHandler& handler,
 DefaultFilesFoundCallback::DefaultFilesFoundCallback(const ObjectPtr<ISearchHistory>& history,
                                                      const ObjectPtr<IResolutionContext>& context,
                                                      const wchar_t* key)
-    : DefaultCallback(history, context, key) {
+    : FilesFoundByCategory(history, context, key) {
   registerSelf();
 }
 
@@ -70,32 +49,12 @@ DefaultFilesFoundCallback::~DefaultFilesFoundCallback() {
   unregisterSelf();
 }
 
-ObjectPtr<IValidFile> DefaultFilesFoundCallback::onBinFilesFound(const wchar_t* binFile,
-                                                                 IValidFileIterator& files) {
-  BinFilesFoundHandler handler(m_history, m_userCallback, {binFile, L"", L""});
-  return filesFound(handler, files);
-}
-
-ObjectPtr<IValidFile> DefaultFilesFoundCallback::onSymFilesFound(const wchar_t* symFile,
-                                                                 const wchar_t* binaryFile,
-                                                                 const wchar_t* checksum,
-                                                                 IValidFileIterator& files) {
-  SymFilesFoundHandler handler(m_history, m_userCallback, {symFile, binaryFile, checksum});
-  return filesFound(handler, files);
-}
-
-ObjectPtr<IValidFile> DefaultFilesFoundCallback::onSrcFilesFound(const wchar_t* srcFile,
-                                                                 const wchar_t* binaryFile,
-                                                                 const wchar_t* checksum,
-                                                                 IValidFileIterator& files) {
-  SrcFilesFoundHandler handler(m_history, m_userCallback, {srcFile, binaryFile, checksum});
-  return filesFound(handler, files);
-}
-
 // Intended: a user's callback that declines is overruled, except in disabled mode, and what it has
 // already walked past is not looked at again.
-ObjectPtr<IValidFile> DefaultFilesFoundCallback::filesFound(IFilesFoundHandler& handler,
+template <class Ops>
+ObjectPtr<IValidFile> DefaultFilesFoundCallback::filesFound(const internal::SoughtFile& file,
                                                             IValidFileIterator& files) {
+  FilesFoundHandler<Ops> handler(m_history, m_userCallback, file);
   ObjectPtr<IValidFile> result = handler.callUserCallback(files);
   if (m_historyMode == hmDisabled)
     return result;
@@ -110,7 +69,7 @@ DefaultNoFilesFoundCallback::DefaultNoFilesFoundCallback(
     const ObjectPtr<ISearchHistory>& history,
     const ObjectPtr<IResolutionContext>& context,
     const wchar_t* key)
-    : DefaultCallback(history, context, key) {
+    : NoFilesFoundByCategory(history, context, key) {
   registerSelf();
 }
 
@@ -118,51 +77,13 @@ DefaultNoFilesFoundCallback::~DefaultNoFilesFoundCallback() {
   unregisterSelf();
 }
 
-ObjectPtr<IValidFile> DefaultNoFilesFoundCallback::onBinNoFilesFound(
-    const wchar_t* binFile,
-    IValidator& validator,
-    IInvalidFileIterator& invalidFiles,
-    IValidFileIterator& validFiles) {
-  BinNoFilesFoundHandler handler(
-      m_history, m_userCallback, {binFile, L"", L""}, validator, invalidFiles, validFiles);
-  return noFilesFound(handler);
-}
-
-ObjectPtr<IValidFile> DefaultNoFilesFoundCallback::onSymNoFilesFound(
-    const wchar_t* symFile,
-    const wchar_t* binaryFile,
-    const wchar_t* checksum,
-    IValidator& validator,
-    IInvalidFileIterator& invalidFiles,
-    IValidFileIterator& validFiles) {
-  SymNoFilesFoundHandler handler(m_history,
-                                 m_userCallback,
-                                 {symFile, binaryFile, checksum},
-                                 validator,
-                                 invalidFiles,
-                                 validFiles);
-  return noFilesFound(handler);
-}
-
-ObjectPtr<IValidFile> DefaultNoFilesFoundCallback::onSrcNoFilesFound(
-    const wchar_t* srcFile,
-    const wchar_t* binaryFile,
-    const wchar_t* checksum,
-    IValidator& validator,
-    IInvalidFileIterator& invalidFiles,
-    IValidFileIterator& validFiles) {
-  SrcNoFilesFoundHandler handler(m_history,
-                                 m_userCallback,
-                                 {srcFile, binaryFile, checksum},
-                                 validator,
-                                 invalidFiles,
-                                 validFiles);
-  return noFilesFound(handler);
-}
-
 // Intended: no choice replaces a path that was remembered, also when the search was cancelled by
 // that very path.
-ObjectPtr<IValidFile> DefaultNoFilesFoundCallback::noFilesFound(INoFilesFoundHandler& handler) {
+template <class Ops>
+ObjectPtr<IValidFile> DefaultNoFilesFoundCallback::noFilesFound(
+    const internal::SoughtFile& file, const internal::SearchOutcome& outcome) {
+  NoFilesFoundHandler<Ops> handler(
+      m_history, m_userCallback, file, outcome.validator, outcome.invalidFiles, outcome.validFiles);
   const ObjectPtr<IValidFile> result = handler.callUserCallback();
   if (m_historyMode == hmDisabled || m_historyMode == hmAdvisory)
     return result;

@@ -16,12 +16,9 @@
 #include "quiver/search_callbacks.h"
 #include "quiver/search_history.h"
 #include "quiver/search_manipulator.h"
+#include "resolution/callbacks_by_category.h"
 
 namespace QV_2_9 {
-
-class IFilesFoundHandler;
-class INoFilesFoundHandler;
-class ISearchStartedHandler;
 
 namespace internal {
 
@@ -72,81 +69,51 @@ class DefaultCallback : public Callback, public RefCountImpl<IQVObject> {
 /// Suggests the remembered path. Cancels the steps when the file is to stay unresolved, and in
 /// authoritative mode.
 class DefaultSearchStartedCallback final
-    : public internal::DefaultCallback<ISearchStartedCallback,
-                                       &IResolutionContextMgr::setSearchStartedCallback> {
+    : public internal::SearchStartedByCategory<
+          DefaultSearchStartedCallback,
+          internal::DefaultCallback<ISearchStartedCallback,
+                                    &IResolutionContextMgr::setSearchStartedCallback>> {
  public:
   DefaultSearchStartedCallback(const ObjectPtr<ISearchHistory>& history,
                                const ObjectPtr<IResolutionContext>& context,
                                const wchar_t* key);
   ~DefaultSearchStartedCallback() override;
 
-  bool onBinSearchStarted(const wchar_t* binFile, IStringContainer& suggestions) override;
-  bool onSymSearchStarted(const wchar_t* symFile,
-                          const wchar_t* binaryFile,
-                          const wchar_t* checksum,
-                          IStringContainer& suggestions) override;
-  bool onSrcSearchStarted(const wchar_t* srcFile,
-                          const wchar_t* binaryFile,
-                          const wchar_t* checksum,
-                          IStringContainer& suggestions) override;
-
- private:
-  bool searchStarted(ISearchStartedHandler& handler, IStringContainer& suggestions);
+  template <class Ops>
+  bool searchStarted(const internal::SoughtFile& file, IStringContainer& suggestions);
 };
 
 /// Records the user's choice, or takes and records the next file.
 class DefaultFilesFoundCallback final
-    : public internal::DefaultCallback<IFilesFoundCallback,
-                                       &IResolutionContextMgr::setFilesFoundCallback> {
+    : public internal::FilesFoundByCategory<
+          DefaultFilesFoundCallback,
+          internal::DefaultCallback<IFilesFoundCallback,
+                                    &IResolutionContextMgr::setFilesFoundCallback>> {
  public:
   DefaultFilesFoundCallback(const ObjectPtr<ISearchHistory>& history,
                             const ObjectPtr<IResolutionContext>& context,
                             const wchar_t* key);
   ~DefaultFilesFoundCallback() override;
 
-  ObjectPtr<IValidFile> onBinFilesFound(const wchar_t* binFile, IValidFileIterator& files) override;
-  ObjectPtr<IValidFile> onSymFilesFound(const wchar_t* symFile,
-                                        const wchar_t* binaryFile,
-                                        const wchar_t* checksum,
-                                        IValidFileIterator& files) override;
-  ObjectPtr<IValidFile> onSrcFilesFound(const wchar_t* srcFile,
-                                        const wchar_t* binaryFile,
-                                        const wchar_t* checksum,
-                                        IValidFileIterator& files) override;
-
- private:
-  ObjectPtr<IValidFile> filesFound(IFilesFoundHandler& handler, IValidFileIterator& files);
+  template <class Ops>
+  ObjectPtr<IValidFile> filesFound(const internal::SoughtFile& file, IValidFileIterator& files);
 };
 
 /// Records the user's choice, or that there is none, in authoritative mode.
 class DefaultNoFilesFoundCallback final
-    : public internal::DefaultCallback<INoFilesFoundCallback,
-                                       &IResolutionContextMgr::setNoFilesFoundCallback> {
+    : public internal::NoFilesFoundByCategory<
+          DefaultNoFilesFoundCallback,
+          internal::DefaultCallback<INoFilesFoundCallback,
+                                    &IResolutionContextMgr::setNoFilesFoundCallback>> {
  public:
   DefaultNoFilesFoundCallback(const ObjectPtr<ISearchHistory>& history,
                               const ObjectPtr<IResolutionContext>& context,
                               const wchar_t* key);
   ~DefaultNoFilesFoundCallback() override;
 
-  ObjectPtr<IValidFile> onBinNoFilesFound(const wchar_t* binFile,
-                                          IValidator& validator,
-                                          IInvalidFileIterator& invalidFiles,
-                                          IValidFileIterator& validFiles) override;
-  ObjectPtr<IValidFile> onSymNoFilesFound(const wchar_t* symFile,
-                                          const wchar_t* binaryFile,
-                                          const wchar_t* checksum,
-                                          IValidator& validator,
-                                          IInvalidFileIterator& invalidFiles,
-                                          IValidFileIterator& validFiles) override;
-  ObjectPtr<IValidFile> onSrcNoFilesFound(const wchar_t* srcFile,
-                                          const wchar_t* binaryFile,
-                                          const wchar_t* checksum,
-                                          IValidator& validator,
-                                          IInvalidFileIterator& invalidFiles,
-                                          IValidFileIterator& validFiles) override;
-
- private:
-  ObjectPtr<IValidFile> noFilesFound(INoFilesFoundHandler& handler);
+  template <class Ops>
+  ObjectPtr<IValidFile> noFilesFound(const internal::SoughtFile& file,
+                                     const internal::SearchOutcome& outcome);
 };
 
 }  // namespace QV_2_9

@@ -4,8 +4,8 @@
 #pragma once
 
 #include "quiver/search_callbacks.h"
+#include "resolution/callbacks_by_category.h"
 #include "resolution/path_mapping_table.h"
-#include "search/category_ops.h"
 
 namespace QV_2_9::internal {
 
@@ -21,71 +21,32 @@ class MappingCallback : public Callback {
   Callback* m_userCallback = nullptr;
 };
 
-class MappingSearchStarted final : public MappingCallback<ISearchStartedCallback> {
+class MappingSearchStarted final
+    : public SearchStartedByCategory<MappingSearchStarted,
+                                     MappingCallback<ISearchStartedCallback>> {
  public:
-  using MappingCallback::MappingCallback;
+  explicit MappingSearchStarted(PathMappingTable& mappings);
 
-  bool onBinSearchStarted(const wchar_t* binFile, IStringContainer& suggestions) override;
-  bool onSymSearchStarted(const wchar_t* symFile,
-                          const wchar_t* binaryFile,
-                          const wchar_t* checksum,
-                          IStringContainer& suggestions) override;
-  bool onSrcSearchStarted(const wchar_t* srcFile,
-                          const wchar_t* binaryFile,
-                          const wchar_t* checksum,
-                          IStringContainer& suggestions) override;
-
- private:
   template <class Ops>
   bool searchStarted(const SoughtFile& file, IStringContainer& suggestions);
 };
 
-class MappingFilesFound final : public MappingCallback<IFilesFoundCallback> {
+class MappingFilesFound final
+    : public FilesFoundByCategory<MappingFilesFound, MappingCallback<IFilesFoundCallback>> {
  public:
-  using MappingCallback::MappingCallback;
+  explicit MappingFilesFound(PathMappingTable& mappings);
 
-  ObjectPtr<IValidFile> onBinFilesFound(const wchar_t* binFile, IValidFileIterator& files) override;
-  ObjectPtr<IValidFile> onSymFilesFound(const wchar_t* symFile,
-                                        const wchar_t* binaryFile,
-                                        const wchar_t* checksum,
-                                        IValidFileIterator& files) override;
-  ObjectPtr<IValidFile> onSrcFilesFound(const wchar_t* srcFile,
-                                        const wchar_t* binaryFile,
-                                        const wchar_t* checksum,
-                                        IValidFileIterator& files) override;
-
- private:
   template <class Ops>
   ObjectPtr<IValidFile> filesFound(const SoughtFile& file, IValidFileIterator& files);
 };
 
-class MappingNoFilesFound final : public MappingCallback<INoFilesFoundCallback> {
+class MappingNoFilesFound final
+    : public NoFilesFoundByCategory<MappingNoFilesFound, MappingCallback<INoFilesFoundCallback>> {
  public:
-  using MappingCallback::MappingCallback;
+  explicit MappingNoFilesFound(PathMappingTable& mappings);
 
-  ObjectPtr<IValidFile> onBinNoFilesFound(const wchar_t* binFile,
-                                          IValidator& validator,
-                                          IInvalidFileIterator& invalidFiles,
-                                          IValidFileIterator& validFiles) override;
-  ObjectPtr<IValidFile> onSymNoFilesFound(const wchar_t* symFile,
-                                          const wchar_t* binaryFile,
-                                          const wchar_t* checksum,
-                                          IValidator& validator,
-                                          IInvalidFileIterator& invalidFiles,
-                                          IValidFileIterator& validFiles) override;
-  ObjectPtr<IValidFile> onSrcNoFilesFound(const wchar_t* srcFile,
-                                          const wchar_t* binaryFile,
-                                          const wchar_t* checksum,
-                                          IValidator& validator,
-                                          IInvalidFileIterator& invalidFiles,
-                                          IValidFileIterator& validFiles) override;
-
- private:
   template <class Ops>
-  ObjectPtr<IValidFile> noFilesFound(const SoughtFile& file,
-                                     IValidator& validator,
-                                     IInvalidFileIterator& invalidFiles,
-                                     IValidFileIterator& validFiles);
+  ObjectPtr<IValidFile> noFilesFound(const SoughtFile& file, const SearchOutcome& outcome);
 };
 
 }  // namespace QV_2_9::internal
