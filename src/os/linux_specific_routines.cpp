@@ -49,33 +49,6 @@ bool LinuxSpecificRoutines::findByAbsoluteName(const wchar_t*,
   return false;
 }
 
-bool LinuxSpecificRoutines::isSymbolServerPath(const wchar_t* path) {
-  return internal::isSymbolServerElement(path);
-}
-
-std::wstring LinuxSpecificRoutines::downloadSymbolFile(const wchar_t* binaryFile,
-                                                       const std::vector<std::wstring>& symbolPath,
-                                                       ISymbolDownloadProgress* progress) {
-  return m_download.fetch(binaryFile, symbolPath, progress);
-}
-
-std::wstring LinuxSpecificRoutines::downloadSymbolFileFromEnvironment(
-    const wchar_t* binaryFile, ISymbolDownloadProgress* progress) {
-  return m_download.fetchFromEnvironment(binaryFile, progress);
-}
-
-std::wstring LinuxSpecificRoutines::downloadWatched(const wchar_t* binaryFile,
-                                                    const std::vector<std::wstring>* symbolPath,
-                                                    ISymbolDownloadProgress* progress,
-                                                    symsrv_1_0::IStoreWatcher& watcher) {
-  return symbolPath ? m_download.fetch(binaryFile, *symbolPath, progress, &watcher)
-                    : m_download.fetchFromEnvironment(binaryFile, progress, &watcher);
-}
-
-std::wstring LinuxSpecificRoutines::mapFileName(const wchar_t* name, std::int32_t) {
-  return name ? name : L"";
-}
-
 void LinuxSpecificRoutines::splitPathList(const wchar_t* list, std::vector<std::wstring>& out) {
   splitString(list, L':', out);
 }

@@ -111,34 +111,6 @@ bool WindowsSpecificRoutines::findByAbsoluteName(const wchar_t* name,
   return Offers(m_system, recorded, results).run();
 }
 
-bool WindowsSpecificRoutines::isSymbolServerPath(const wchar_t* path) {
-  return internal::isSymbolServerElement(path);
-}
-
-std::wstring WindowsSpecificRoutines::downloadSymbolFile(
-    const wchar_t* binaryFile,
-    const std::vector<std::wstring>& symbolPath,
-    ISymbolDownloadProgress* progress) {
-  return m_download.fetch(binaryFile, symbolPath, progress);
-}
-
-std::wstring WindowsSpecificRoutines::downloadSymbolFileFromEnvironment(
-    const wchar_t* binaryFile, ISymbolDownloadProgress* progress) {
-  return m_download.fetchFromEnvironment(binaryFile, progress);
-}
-
-std::wstring WindowsSpecificRoutines::downloadWatched(const wchar_t* binaryFile,
-                                                      const std::vector<std::wstring>* symbolPath,
-                                                      ISymbolDownloadProgress* progress,
-                                                      symsrv_1_0::IStoreWatcher& watcher) {
-  return symbolPath ? m_download.fetch(binaryFile, *symbolPath, progress, &watcher)
-                    : m_download.fetchFromEnvironment(binaryFile, progress, &watcher);
-}
-
-std::wstring WindowsSpecificRoutines::mapFileName(const wchar_t* name, std::int32_t) {
-  return name ? name : L"";
-}
-
 void WindowsSpecificRoutines::splitPathList(const wchar_t* list, std::vector<std::wstring>& out) {
   splitString(list, L';', out);
 }

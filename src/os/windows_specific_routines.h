@@ -5,12 +5,11 @@
 
 #include "win/windows_system.h"
 
-#include "os/os_common_routines.h"
-#include "os/symbol_download.h"
+#include "os/symbol_server_routines.h"
 
 namespace QV_2_9 {
 
-/// Keeps no state but the downloads', which lock themselves: any thread may call.
+/// The directories:
 ///
 ///   category   directories, in order                                               tree
 ///   binaries   %SYSTEMROOT%\System32                                               no
@@ -19,7 +18,7 @@ namespace QV_2_9 {
 ///   symbols    the elements of _NT_SYMBOL_PATH                                     no
 ///              %SYSTEMROOT%\Symbols                                                yes
 ///              %SYSTEMROOT%\System32\Drivers                                       no
-class WindowsSpecificRoutines final : public OSCommonRoutines {
+class WindowsSpecificRoutines final : public SymbolServerRoutines {
  public:
   /// `system` is borrowed for the life of this object.
   explicit WindowsSpecificRoutines(win::IWindowsSystem& system) : m_system(system) {}
@@ -38,18 +37,6 @@ class WindowsSpecificRoutines final : public OSCommonRoutines {
   bool findByAbsoluteName(const wchar_t* name,
                           ISearchResultsContainer& results,
                           std::int32_t osType) override;
-  bool isSymbolServerPath(const wchar_t* path) override;
-  std::wstring downloadSymbolFile(const wchar_t* binaryFile,
-                                  const std::vector<std::wstring>& symbolPath,
-                                  ISymbolDownloadProgress* progress) override;
-  std::wstring downloadSymbolFileFromEnvironment(const wchar_t* binaryFile,
-                                                 ISymbolDownloadProgress* progress) override;
-  std::wstring mapFileName(const wchar_t* name, std::int32_t osType) override;
-  std::wstring downloadWatched(const wchar_t* binaryFile,
-                               const std::vector<std::wstring>* symbolPath,
-                               ISymbolDownloadProgress* progress,
-                               symsrv_1_0::IStoreWatcher& watcher) override;
-
   void splitPathList(const wchar_t* list, std::vector<std::wstring>& out) override;
   void addSystemBinaryDirs(ISearchDirectoryContainer& dirs) override;
   void addCommonSystemDirs(ISearchDirectoryContainer& dirs) override;
@@ -58,7 +45,6 @@ class WindowsSpecificRoutines final : public OSCommonRoutines {
 
  private:
   win::IWindowsSystem& m_system;
-  internal::SymbolDownload m_download;
 };
 
 }  // namespace QV_2_9
