@@ -1,6 +1,7 @@
 // One registry for each process: a fork makes a second one of what must not be shared.
 
 #include <atomic>
+#include <memory>
 #include <thread>
 #include <unistd.h>
 
@@ -26,9 +27,13 @@ struct Owner {
 /// as it is: its locks may be held by threads that this process does not have.
 TreeRegistry& registryOfNewProcess(pid_t process) {
   pid_t claimed = s_claimedBy;
-  if (claimed != process && s_claimedBy.compare_exchange_strong(claimed, process)) {
-    OwnDescriptor::closeAll();
-    s_current = new OfProcess;
+  if (claimed != process) {
+    // Made first: without memory for it nothing may be claimed that others would wait for.
+    auto made = std::make_unique<OfProcess>();
+    if (s_claimedBy.compare_exchange_strong(claimed, process)) {
+      OwnDescriptor::closeAll();
+      s_current = made.release();
+    }
   }
   OfProcess* current = nullptr;
   while (!(current = s_current) || current->process != process) std::this_thread::yield();
