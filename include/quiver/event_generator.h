@@ -93,16 +93,15 @@ class CallbackHolder final : public IEventHandler {
  public:
   CallbackHolder() = default;
   /// Attaches to `callback`; null makes an empty holder.
-  CallbackHolder(T* callback) { attach(callback); }
-  CallbackHolder(const CallbackHolder& other) { attach(other.getCallback()); }
+  CallbackHolder(T* callback) { hold(callback); }
+  CallbackHolder(const CallbackHolder& other) { hold(other.getCallback()); }
   /// Leaves the callback held and joins the other's, as the last handler, also when both are one.
+  /// An exception leaves everything as it was.
   CallbackHolder& operator=(const CallbackHolder& other) {
-    T* next = other.getCallback();
-    detach();
-    attach(next);
+    hold(other.getCallback());
     return *this;
   }
-  ~CallbackHolder() { detach(); }
+  ~CallbackHolder() { letGo(); }
 
   void onGeneratorChanged(EventGenerator* generator) override {
     if (!generator)
@@ -117,15 +116,18 @@ class CallbackHolder final : public IEventHandler {
   ISpinSharedLock* getLock() const { return m_lock.load(); }
 
  private:
-  void attach(T* callback) {
+  void hold(T* callback) {
+    ISpinSharedLock* lock = callback ? callback->getLock() : nullptr;
+    // Nobody may disconnect the callback before it is stored here.
+    const LockGuard guard(lock);
+    // What may fail comes first. The one held before can tell of its end until it is let go.
+    if (callback)
+      callback->addHandler(this);
+    letGo();
     m_callback.store(callback);
-    m_lock.store(nullptr);
-    if (!callback)
-      return;
-    callback->addHandler(this);
-    m_lock.store(callback->getLock());
+    m_lock.store(lock);
   }
-  void detach() {
+  void letGo() {
     if (T* callback = m_callback.load())
       callback->removeHandler(this);
   }
