@@ -2,6 +2,8 @@
 
 #include "config/filtered_dir_list.h"
 
+#include <utility>
+
 #include "os/path_utils.h"
 
 namespace QV_2_9 {
@@ -24,16 +26,21 @@ bool FilteredDirList::add(const wchar_t* dir, bool recursive, bool highPriority)
   // Outside the lock: this may ask the system.
   const std::wstring key = toCanonicalAbsolutePath(dir, true);
 
+  SearchDirEntry entry = {dir, recursive, highPriority};
+
   const LockGuard guard(&m_lock);
-  const auto known = m_index.find(key);
-  if (known != m_index.end()) {
-    SearchDirEntry& entry = m_entries[known->second];
-    entry.recursive |= recursive;
-    entry.highPriority |= highPriority;
+  const auto [place, isNew] = m_index.try_emplace(key, m_entries.size());
+  if (!isNew) {
+    m_entries[place->second].recursive |= recursive;
+    m_entries[place->second].highPriority |= highPriority;
     return false;
   }
-  m_entries.push_back({dir, recursive, highPriority});
-  m_index.emplace(key, m_entries.size() - 1);
+  try {
+    m_entries.push_back(std::move(entry));
+  } catch (...) {
+    m_index.erase(place);
+    throw;
+  }
   return true;
 }
 
