@@ -11,6 +11,25 @@
 #include "search/trace_lines.h"
 
 namespace QV_2_9 {
+namespace {
+
+/// Adds a file to both or, when memory runs out, to neither: a callback may go on after that, and
+/// the paths are the files' own. Returns false for a path that is there already.
+template <class Paths, class Files, class File>
+bool addNew(Paths& paths, Files& files, const File& file) {
+  const auto [place, isNew] = paths.insert(file->getPath());
+  if (!isNew)
+    return false;
+  try {
+    files.push_back(file);
+  } catch (...) {
+    paths.erase(place);
+    throw;
+  }
+  return true;
+}
+
+}  // namespace
 
 std::size_t FoundFilesLazyIterator::HashIgnoreCase::operator()(const wchar_t* path) const {
   return internal::hashIgnoreCase(path);
@@ -103,10 +122,8 @@ bool FoundFilesLazyIterator::addFoundFile(const wchar_t* path, std::uint32_t ste
 }
 
 bool FoundFilesLazyIterator::addValidFile(const ObjectPtr<IValidFile>& file, bool& stop) {
-  if (m_validPaths.contains(file->getPath()))
+  if (!addNew(m_validPaths, m_validFiles, file))
     return false;
-  m_validFiles.push_back(file);
-  m_validPaths.insert(file->getPath());
   if (m_cursor == m_validFiles.end())
     m_cursor = std::prev(m_validFiles.end());
   stop = file->getConfidenceLevel() == 0;
@@ -114,10 +131,7 @@ bool FoundFilesLazyIterator::addValidFile(const ObjectPtr<IValidFile>& file, boo
 }
 
 bool FoundFilesLazyIterator::addInvalidFile(const ObjectPtr<IInvalidFile>& file) {
-  const bool isNew = m_invalidPaths.insert(file->getPath()).second;
-  if (isNew)
-    m_invalidFiles.push_back(file);
-  return isNew;
+  return addNew(m_invalidPaths, m_invalidFiles, file);
 }
 
 }  // namespace QV_2_9
