@@ -35,14 +35,14 @@ void Metadata::setConfidenceLevelPolicyCallback(const std::wstring& key,
 }
 
 // Intended: the whole set is stored anew, so that all four holders register again, behind the other
-// handlers of their callbacks.
+// handlers of their callbacks. What may fail changes no callback, but for the last step.
 template <class T>
 void Metadata::setCallback(const std::wstring& key,
                            CallbackHolder<T> CallbackSet::*kind,
                            T* callback) {
-  CallbackSet set = getCallbacks(key);
-  set.*kind = CallbackHolder<T>(callback);
-  m_callbacks[key] = set;
+  CallbackSet& stored = m_callbacks[key];
+  stored = CallbackSet(stored);
+  stored.*kind = CallbackHolder<T>(callback);
 }
 
 CallbackSet Metadata::getCallbacks(const std::wstring& key) {
