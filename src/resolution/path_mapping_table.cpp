@@ -55,25 +55,39 @@ std::vector<std::wstring> PathMappingTable::placesOf(const wchar_t* recorded) {
 }
 
 void PathMappingTable::confirm(const wchar_t* recorded, const std::wstring& place) {
-  const SplitPath name = splitRecordedPath(recorded);
-  const auto leadsThere = [&](const PathMappingRow& row) {
-    return mappedPath(row.prefixes, name) == place;
-  };
   const LockGuard guard(&m_lock);
-  for (PathMappingRow& row : m_rows) {
-    if (leadsThere(row))
-      ++row.confirmations;
+  const std::vector<std::size_t> confirmed = rowsTo(recorded, place);
+  auto next = std::ranges::find_if(m_rows, &PathMappingRow::isLearned);
+  for (const std::size_t index : confirmed) {
+    const auto row = m_rows.begin() + static_cast<std::ptrdiff_t>(index);
+    ++row->confirmations;
+    if (row >= next) {
+      std::rotate(next, row, row + 1);
+      ++next;
+    }
   }
-  const auto firstLearned = std::ranges::find_if(m_rows, &PathMappingRow::isLearned);
-  std::stable_partition(firstLearned, m_rows.end(), leadsThere);
 }
 
 void PathMappingTable::refute(const wchar_t* recorded, const std::wstring& place) {
-  const SplitPath name = splitRecordedPath(recorded);
   const LockGuard guard(&m_lock);
-  std::erase_if(m_rows, [&](const PathMappingRow& row) {
-    return row.isLearned && mappedPath(row.prefixes, name) == place;
-  });
+  const std::vector<std::size_t> refuted = rowsTo(recorded, place);
+  for (auto index = refuted.rbegin(); index != refuted.rend(); ++index) {
+    const auto row = m_rows.begin() + static_cast<std::ptrdiff_t>(*index);
+    if (row->isLearned)
+      m_rows.erase(row);
+  }
+}
+
+/// They are all found before the first row is touched: to find one may need more memory than there
+/// is.
+std::vector<std::size_t> PathMappingTable::rowsTo(const wchar_t* recorded,
+                                                  const std::wstring& place) const {
+  const SplitPath name = splitRecordedPath(recorded);
+  std::vector<std::size_t> indexes;
+  for (std::size_t i = 0; i < m_rows.size(); ++i)
+    if (mappedPath(m_rows[i].prefixes, name) == place)
+      indexes.push_back(i);
+  return indexes;
 }
 
 void PathMappingTable::clear() {

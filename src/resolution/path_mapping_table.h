@@ -46,6 +46,10 @@ class PathMappingTable final {
   std::optional<PathMappingRow> row(std::size_t index);
 
  private:
+  /// Returns the indexes, in ascending order, of the rows that lead from `recorded` to `place`.
+  std::vector<std::size_t> rowsTo(const wchar_t* recorded, const std::wstring& place) const
+      QV_REQUIRES(m_lock);
+
   QVLock m_lock;
   std::vector<PathMappingRow> m_rows QV_GUARDED_BY(m_lock);  // those set by hand first
 };
