@@ -36,8 +36,14 @@ void Md5Memo::remember(const FileState& state, std::int64_t begun, const std::ws
     m_known.splice(m_known.begin(), m_known, found->second);
     return;
   }
-  m_known.push_front({state, md5});
-  m_byPlace.emplace(place, m_known.begin());
+  const auto entry = m_byPlace.try_emplace(place).first;
+  try {
+    m_known.push_front({state, md5});
+  } catch (...) {
+    m_byPlace.erase(entry);
+    throw;
+  }
+  entry->second = m_known.begin();
   if (m_known.size() <= kMostFiles)
     return;
   m_byPlace.erase({m_known.back().state.device, m_known.back().state.file});
