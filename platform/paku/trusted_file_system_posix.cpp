@@ -73,9 +73,12 @@ bool hasMountBelow(int directory) {
   std::ifstream table("/proc/self/mountinfo");
   if (path.empty() || !table)
     return true;
+  // Else reading without memory looks like the end of the table.
+  table.exceptions(std::ios::badbit);
   const std::string prefix = path == "/" ? path : path + '/';
   for (std::string line; std::getline(table, line);) {
     std::istringstream fields(line);
+    fields.exceptions(std::ios::badbit);
     std::string number, parent, device, root, point;
     fields >> number >> parent >> device >> root >> point;
     if (const std::string plain = unescaped(point); plain != "/" && plain.starts_with(prefix))
