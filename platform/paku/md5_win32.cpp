@@ -2,10 +2,17 @@
 
 #include <windows.h>
 #include <bcrypt.h>
+#include <new>
 
 #include "paku/md5.h"
 
 namespace PAKU_3_1::internal {
+
+namespace {
+
+constexpr NTSTATUS kNoMemory = static_cast<NTSTATUS>(0xC0000017);
+
+}  // namespace
 
 struct Md5::State {
   BCRYPT_ALG_HANDLE algorithm = nullptr;
@@ -13,12 +20,20 @@ struct Md5::State {
   bool works = false;
 
   State() {
-    works = BCryptOpenAlgorithmProvider(&algorithm, BCRYPT_MD5_ALGORITHM, nullptr, 0) >= 0 &&
-            BCryptCreateHash(algorithm, &hash, nullptr, 0, nullptr, 0, 0) >= 0;
+    NTSTATUS status = BCryptOpenAlgorithmProvider(&algorithm, BCRYPT_MD5_ALGORITHM, nullptr, 0);
+    if (status >= 0)
+      status = BCryptCreateHash(algorithm, &hash, nullptr, 0, nullptr, 0, 0);
+    works = status >= 0;
+    if (status == kNoMemory) {
+      close();
+      throw std::bad_alloc();
+    }
   }
   State(const State&) = delete;
   State& operator=(const State&) = delete;
-  ~State() {
+  ~State() { close(); }
+
+  void close() const {
     if (hash)
       BCryptDestroyHash(hash);
     if (algorithm)
