@@ -63,6 +63,7 @@ std::optional<TreeRegistry::Matches> TreeRegistry::inTree(Tree& tree,
         matches = tails.matches(tree.known->index(), tree.known->find(directory.identity()), depth);
     } catch (...) {
       drop(tree);  // it may be half done
+      count(tree);
       throw;
     }
     count(tree);
