@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <new>
 #include <pwd.h>
 #include <sys/utsname.h>
 #include <unistd.h>
@@ -24,8 +25,13 @@ std::wstring currentUserName() {
   passwd entry{};
   passwd* found = nullptr;
   std::vector<char> storage(1024);
-  while (getpwuid_r(geteuid(), &entry, storage.data(), storage.size(), &found) == ERANGE)
+  errno = 0;
+  while (getpwuid_r(geteuid(), &entry, storage.data(), storage.size(), &found) == ERANGE) {
     storage.resize(2 * storage.size());
+    errno = 0;
+  }
+  if (!found && errno == ENOMEM)
+    throw std::bad_alloc();  // the user has a name all the same
   return found && found->pw_name ? decode(found->pw_name) : std::wstring();
 }
 
