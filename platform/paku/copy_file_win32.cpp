@@ -8,15 +8,15 @@
 #include "paku/native_path_win32.h"
 #include "paku/no_dialogs_win32.h"
 #include "paku/regular_file_win32.h"
+#include "paku/temporary_name.h"
 
 namespace PAKU_3_1 {
 namespace {
 
-/// A name beside the target that does not grow with the target's.
-std::wstring temporaryName(const std::wstring& target) {
+std::wstring temporaryPath(const std::wstring& target) {
   static std::atomic<unsigned> counter{0};
-  return target.substr(0, target.rfind(L'\\') + 1) + L".paku-" +
-         std::to_wstring(GetCurrentProcessId()) + L"-" + std::to_wstring(counter++) + L".tmp";
+  const std::string name = internal::temporaryName(GetCurrentProcessId(), counter++);
+  return target.substr(0, target.rfind(L'\\') + 1) + std::wstring(name.begin(), name.end());
 }
 
 /// Takes the read-only attribute off a file that is to be replaced, and gives it back to one that
@@ -78,7 +78,7 @@ class TemporaryFile final {
   /// Others may have left files of such names, or be writing them.
   int create(const std::wstring& target) {
     for (int i = 0; i < kNames; ++i) {
-      std::wstring path = temporaryName(target);
+      std::wstring path = temporaryPath(target);
       const internal::FileHandle file(
           CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr));
       if (file) {

@@ -4,23 +4,19 @@
 
 #include "paku/file_info.h"
 #include "paku/file_status_win32.h"
+#include "paku/file_times_win32.h"
 #include "paku/native_path_win32.h"
 
 namespace PAKU_3_1 {
 namespace {
-
-constexpr std::int64_t kTicksPerSecond = 10'000'000;
-constexpr std::int64_t kTicksTo1970 = 116'444'736'000'000'000;  // from 1601
 
 std::uint64_t joined(DWORD high, DWORD low) {
   return std::uint64_t{high} << 32 | low;
 }
 
 std::int64_t secondsSince1970(const FILETIME& time) {
-  const auto ticks =
-      static_cast<std::int64_t>(joined(time.dwHighDateTime, time.dwLowDateTime)) - kTicksTo1970;
-  const bool isCut = ticks % kTicksPerSecond < 0;
-  return ticks / kTicksPerSecond - (isCut ? 1 : 0);
+  return internal::secondsSince1970(
+      static_cast<std::int64_t>(joined(time.dwHighDateTime, time.dwLowDateTime)));
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #pragma once
 
+#include <cstdint>
+
 #include "paku/filename.h"
 
 namespace PAKU_3_1 {
@@ -10,6 +12,14 @@ namespace PAKU_3_1 {
 /// content is gathered under another name in the target's directory and renamed at the end, and a
 /// failure leaves nothing behind. Without `overwrite` an existing target is an error.
 int copyFile(const Filename& from, const Filename& to, bool overwrite);
+
+/// In seconds.
+inline constexpr std::int64_t kCopyIsAbandonedAfter = 24 * 60 * 60;
+
+/// Removes what is left beside `target` of copies whose process was killed: files under the names
+/// that `copyFile` gathers content under, when nothing has touched them for so long at `now`,
+/// seconds since 1970-01-01 UTC. What cannot be removed stays.
+void removeAbandonedCopies(const Filename& target, std::int64_t now);
 
 /// Creates one directory below an existing one. A directory that is there already is a success.
 int createDirectory(const Filename& directory);

@@ -13,6 +13,7 @@
 #include "paku/file.h"
 #include "paku/file_info.h"
 #include "paku/file_ops.h"
+#include "paku/temporary_name.h"
 
 #include "support/scoped_directory.h"
 #include "support/temp_tree.h"
@@ -101,12 +102,13 @@ TEST(CopyFileWindows, DoesNotTouchTemporaryFilesOfOthers) {
   constexpr unsigned kOthers = 200;  // more than were counted before
   TempTree tree;
   const std::wstring from = tree.addFile("from", "x");
-  const std::wstring name = L"out/.paku-" + std::to_wstring(GetCurrentProcessId()) + L"-";
-  for (unsigned i = 0; i < kOthers; ++i) tree.addFile(name + std::to_wstring(i) + L".tmp", "other");
+  const auto nameOf = [](unsigned i) {
+    return "out/" + internal::temporaryName(GetCurrentProcessId(), i);
+  };
+  for (unsigned i = 0; i < kOthers; ++i) tree.addFile(nameOf(i), "other");
   EXPECT_EQ(copy(from, tree.path("out/to")), 0);
   EXPECT_EQ(contentOf(tree.path("out/to")), "x");
-  for (unsigned i = 0; i < kOthers; ++i)
-    EXPECT_EQ(contentOf(tree.path(name + std::to_wstring(i) + L".tmp")), "other") << i;
+  for (unsigned i = 0; i < kOthers; ++i) EXPECT_EQ(contentOf(tree.path(nameOf(i))), "other") << i;
 }
 
 TEST(CopyFileWindows, TakesPathsThatLeaveNoRoomForALongerName) {

@@ -10,15 +10,16 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "paku/temporary_name.h"
+
 namespace PAKU_3_1::internal {
 namespace {
 
 constexpr int kAttempts = 100;
 
-/// A name that does not grow with the target's, which may be as long as a name can be.
 std::string uniqueName() {
   static std::atomic<unsigned> counter{0};
-  return ".paku-" + std::to_string(getpid()) + "-" + std::to_string(counter++) + ".tmp";
+  return temporaryName(static_cast<unsigned long>(getpid()), counter++);
 }
 
 int moveWithoutReplacing(int directory, const char* from, const char* to) {

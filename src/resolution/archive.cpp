@@ -46,7 +46,8 @@ bool copyTo(const wchar_t* file, const std::wstring& target) {
 
 archive_result_t archiveInto(const wchar_t* archiveDir,
                              const wchar_t* file,
-                             std::int32_t category) {
+                             std::int32_t category,
+                             std::int64_t now) {
   std::wstring dir = toAbsolutePath(archiveDir);
   const std::wstring name = fileNameOf(file);
   if (!ensureDirectory(dir) || !enterFolder(dir, categoryFolder(category)) ||
@@ -63,6 +64,7 @@ archive_result_t archiveInto(const wchar_t* archiveDir,
     return arCannotCreateDirectory;
 
   const std::wstring target = joinPath(dir.c_str(), name.c_str());
+  PAKU_3_1::removeAbandonedCopies(absoluteFilename(target.c_str()), now);
   if (exists(target.c_str()))
     return arAlreadyArchived;
   return copyTo(file, target) ? arArchived : arCopyFailed;

@@ -1,5 +1,7 @@
 // Tests of archiving that need what only POSIX file systems have.
 
+#include <cstdint>
+#include <ctime>
 #include <filesystem>
 #include <string>
 
@@ -16,8 +18,12 @@ using quiver_test::NativePath;
 using quiver_test::ScopedDirectory;
 using quiver_test::TempTree;
 
-archive_result_t archive(const TempTree& tree, const std::wstring& file) {
-  return archiveInto(tree.path("archive").c_str(), file.c_str(), scBinaryFiles);
+constexpr std::int64_t kDay = 24 * 60 * 60;
+
+archive_result_t archive(const TempTree& tree,
+                         const std::wstring& file,
+                         std::int64_t now = std::time(nullptr)) {
+  return archiveInto(tree.path("archive").c_str(), file.c_str(), scBinaryFiles, now);
 }
 
 TEST(ArchivePosix, CopyThatCannotBeWrittenIsReportedAndLeavesNothing) {
@@ -44,6 +50,27 @@ TEST(ArchivePosix, DanglingLinkUnderTheFinalNameIsReplaced) {
   tree.addLink(target, "nowhere");
   EXPECT_EQ(archive(tree, tree.addFile("app.dll", "a")), arArchived);
   EXPECT_TRUE(std::filesystem::is_regular_file(NativePath(tree.path(target)).get()));
+}
+
+TEST(ArchivePosix, WhatKilledProcessesLeftGoesWithTheNextCallForTheVersion) {
+  TempTree tree;
+  const std::wstring file = tree.addFile("app.dll", "a");
+  const std::string folder = "archive/binaries/app.dll/0cc175b9c0f1b6a831c399e269772661/";
+  const std::wstring left = tree.addFile(folder + ".paku-1-0.tmp", "half");
+  const std::int64_t now = std::time(nullptr);
+  EXPECT_EQ(archive(tree, file, now), arArchived);
+  EXPECT_TRUE(std::filesystem::exists(left)) << "somebody may be writing it";
+  EXPECT_EQ(archive(tree, file, now + kDay + 60), arAlreadyArchived);
+  EXPECT_FALSE(std::filesystem::exists(left));
+  EXPECT_TRUE(std::filesystem::exists(tree.path(folder + "app.dll")));
+}
+
+TEST(ArchivePosix, FileThatIsCalledLikeACopyInTheMakingIsKept) {
+  TempTree tree;
+  const std::wstring file = tree.addFile(".paku-1-0.tmp", "a");
+  const std::int64_t now = std::time(nullptr);
+  EXPECT_EQ(archive(tree, file, now), arArchived);
+  EXPECT_EQ(archive(tree, file, now + kDay + 60), arAlreadyArchived);
 }
 
 struct ForeignName {

@@ -2,6 +2,8 @@
 
 #include "resolution/resolution_context_mgr.h"
 
+#include <ctime>
+
 #include "os/path_utils.h"
 #include "resolution/archive.h"
 #include "resolution/basic_resolution_context.h"
@@ -182,7 +184,7 @@ archive_result_t ResolutionContextMgr::archiveFile(IResolutionContext* context,
   for (ObjectPtr<IResolutionContext> at(context); at; at = parentOf(at.get())) {
     const std::wstring archive = metadataOf(at.get())->getArchiveDir();
     if (!archive.empty())
-      return internal::archiveInto(archive.c_str(), file, category);
+      return internal::archiveInto(archive.c_str(), file, category, std::time(nullptr));
   }
   return arNoArchiveDir;
 }

@@ -3,7 +3,7 @@
 //
 // A killed process can leave the temporary file it was writing. Such a file never bears a final
 // name, no search asks for its name, and the next copy into the folder uses another; it stays until
-// somebody deletes it.
+// the version is archived again a day later.
 
 #include <chrono>
 #include <csignal>
