@@ -3,12 +3,16 @@
 #include <algorithm>
 #include <cstdint>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <vector>
 
 namespace quiver_tool {
 namespace {
 
 using Json = nlohmann::json;
+
+// Each takes memory, in the parser too; a document that means something has few.
+constexpr std::size_t kMostLevels = 100;
 
 /// Walks a text and tells how many bytes the parser has taken of it.
 class CountingIterator {
@@ -76,16 +80,20 @@ class Walk final : public nlohmann::json_sax<Json> {
   bool end_object() override { return close(); }
   bool end_array() override { return close(); }
   bool key(string_t& text) override {
-    m_levels.back().key = text;
+    Level& level = m_levels.back();
+    const std::size_t at = begin();
+    level.key = text;
     m_end = m_taken;
-    return true;
+    // Keys are looked at on the first walk only, which no text passes that has one twice.
+    if (m_sought || level.keys.insert(text).second)
+      return true;
+    return refuse(at, "this key is there already");
   }
   bool parse_error(std::size_t position,
                    const std::string&,
                    const nlohmann::detail::exception& error) override {
     const std::size_t offset = std::min(position == 0 ? 0 : position - 1, m_text.size());
-    m_fault = JsonFault{offset, pointer(), reasonOf(error.what())};
-    return false;
+    return refuse(offset, reasonOf(error.what()));
   }
 
  private:
@@ -93,7 +101,13 @@ class Walk final : public nlohmann::json_sax<Json> {
     bool isArray = false;
     std::size_t index = 0;
     std::string key;
+    std::set<std::string> keys;  // of an object
   };
+
+  bool refuse(std::size_t offset, const std::string& reason) {
+    m_fault = JsonFault{offset, pointer(), reason};
+    return false;
+  }
 
   std::string pointer() const {
     std::string text;
@@ -111,7 +125,7 @@ class Walk final : public nlohmann::json_sax<Json> {
     return static_cast<std::size_t>(at - m_text.data());
   }
 
-  // Pointers are made only at the right depth: there may be a million levels.
+  // Pointers are made only at the right depth: there may be a million values.
   bool isSought() const {
     return m_sought && m_levels.size() == m_soughtDepth && *m_sought == pointer();
   }
@@ -129,7 +143,9 @@ class Walk final : public nlohmann::json_sax<Json> {
       m_found = begin();
       return false;
     }
-    m_levels.push_back({isArray, 0, {}});
+    if (m_levels.size() == kMostLevels)
+      return refuse(begin(), "there are more than " + std::to_string(kMostLevels) + " levels");
+    m_levels.push_back({isArray, 0, {}, {}});
     m_end = m_taken;
     return true;
   }

@@ -15,7 +15,8 @@ struct JsonFault {
   std::string reason;
 };
 
-/// Returns the first place where the text is no JSON.
+/// Returns the first place where the text is no JSON, where an object has a key for the second
+/// time, or where values lie too deep within each other.
 std::optional<JsonFault> findSyntaxFault(std::string_view text);
 
 /// Returns where the value at `pointer` begins in a text that is JSON; its length when there is
