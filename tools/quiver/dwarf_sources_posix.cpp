@@ -9,13 +9,35 @@
 #include <stdlib.h>
 #include <string_view>
 
+#include "debug_file_places_posix.h"
 #include "line_table.h"
 
 namespace quiver_tool {
 namespace {
 
+/// What the search for the debug file was given up for; belongs to the module.
+using PlaceToAvoid = std::string;
+
+int findDebugFile(Dwfl_Module* module,
+                  void** placeToAvoid,
+                  const char* name,
+                  Dwarf_Addr base,
+                  const char* file,
+                  const char* link,
+                  GElf_Word checksum,
+                  char** found) {
+  const std::string place = debugFilePlaceToAvoid(module, file, link);
+  if (place.empty())
+    return dwfl_standard_find_debuginfo(
+        module, placeToAvoid, name, base, file, link, checksum, found);
+  *static_cast<PlaceToAvoid*>(*placeToAvoid) = place;
+  return -1;
+}
+
+char* debugFilePath = const_cast<char*>(kDebugFilePath);
+
 constexpr Dwfl_Callbacks kCallbacks = {
-    dwfl_build_id_find_elf, dwfl_standard_find_debuginfo, dwfl_offline_section_address, nullptr};
+    dwfl_build_id_find_elf, findDebugFile, dwfl_offline_section_address, &debugFilePath};
 
 struct DwflEnd {
   void operator()(Dwfl* dwfl) const { dwfl_end(dwfl); }
@@ -107,6 +129,13 @@ class Collector final {
   std::set<std::string> m_known;
 };
 
+std::string whyNone(const PlaceToAvoid& avoided) {
+  const std::string none = "no sources were listed";
+  return avoided.empty() ? "it has no debug data; " + none
+                         : "its debug data was not looked for, since " + avoided +
+                               " is no regular file; " + none;
+}
+
 }  // namespace
 
 SourceList readDwarfSources(const char* path) {
@@ -115,10 +144,14 @@ SourceList readDwarfSources(const char* path) {
   Dwfl_Module* module = dwfl ? dwfl_report_offline(dwfl.get(), "", path, -1) : nullptr;
   if (!module || dwfl_report_end(dwfl.get(), nullptr, nullptr) != 0)
     return {{}, {}, "it is damaged; no sources were listed"};
+  PlaceToAvoid avoided;
+  void** data = nullptr;
+  dwfl_module_info(module, &data, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+  *data = &avoided;
   Dwarf_Addr bias = 0;
   Dwarf* dwarf = dwfl_module_getdwarf(module, &bias);
   if (!dwarf)
-    return {{}, {}, "it has no debug data; no sources were listed"};
+    return {{}, {}, whyNone(avoided)};
   Collector collector(dwarf);
   Dwarf_Die* unit = nullptr;
   while ((unit = dwfl_module_nextcu(module, unit, &bias))) collector.take(*unit);

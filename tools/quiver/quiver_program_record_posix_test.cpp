@@ -84,6 +84,46 @@ TEST_F(ProgramRecordingPosix, FollowsALinkToADebugFile) {
   EXPECT_EQ(module().at("sources").size(), 1u);
 }
 
+TEST_F(ProgramRecordingPosix, WaitsForNoPipeInThePlaceOfADebugFile) {
+  make(
+      "gcc -g a.c -o app && cp app app.debug && mkdir .debug && "
+      "objcopy --strip-debug --add-gnu-debuglink=app.debug app && rm app.debug");
+  for (const char* place : {"app.debug", ".debug/app.debug"}) {
+    make(std::string("mkfifo ") + place);
+    const RunResult run = record("app");
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_THAT(run.err, HasSubstr("since " + path(place) + " is no regular file"));
+    EXPECT_TRUE(module().at("sources").empty());
+    make(std::string("rm ") + place);
+  }
+}
+
+TEST_F(ProgramRecordingPosix, WaitsForNoPipeInThePlaceOfASource) {
+  make("gcc -g a.c -o app && rm a.c && mkfifo a.c");
+  EXPECT_EQ(record("app").status, 0);
+  EXPECT_EQ(module().at("sources").at(0), json({{"path", path("a.c")}}));
+  EXPECT_EQ(record("a.c").status, 1);
+}
+
+TEST_F(ProgramRecordingPosix, WritesOverNothingThatItRecords) {
+  make("gcc -g a.c -o app");
+  for (const char* output : {"app", "./app", "a.c"}) {
+    const RunResult run = runProgram({"record", path("app"), "-o", path(output)});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.out, "");
+    EXPECT_THAT(run.err,
+                HasSubstr("quiver: cannot write the manifest " + path(output) + ": it is "));
+  }
+  EXPECT_EQ(record("app").status, 0);
+}
+
+TEST_F(ProgramRecordingPosix, SaysBeforeItReadsThatTheManifestCannotBeWritten) {
+  make("gcc -g a.c -o app");
+  const RunResult run = runProgram({"record", path("app"), "-o", path(".")});
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.err, "quiver: cannot write the manifest " + path(".") + ": it is a directory\n");
+}
+
 TEST_F(ProgramRecordingPosix, SurvivesDamagedFiles) {
   make("clang -gdwarf-5 a.c -o app");
   std::ifstream file(path("app"), std::ios::binary);

@@ -196,6 +196,15 @@ TEST_F(ProgramResolving, SaysBeforeTheLookupsThatTheReportCannotBeWritten) {
   EXPECT_THAT(run.err, HasSubstr("cannot write the report " + path("none/r.html")));
 }
 
+TEST_F(ProgramResolving, WritesNoReportOverItsManifest) {
+  const std::string manifest = manifestOf(json::array());
+  const std::string before = contentOf(manifest);
+  const RunResult run = resolve({manifest, "--report", manifest});
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.err, "quiver: cannot write the report " + manifest + ": it is the manifest\n");
+  EXPECT_EQ(contentOf(manifest), before);
+}
+
 TEST_F(ProgramResolving, RefusesManifestsThatAreNone) {
   for (const char* text : {"",
                            "{",

@@ -1,12 +1,12 @@
 #include "record_command.h"
 
 #include <algorithm>
-#include <fstream>
 
 #include "help_texts.h"
 #include "manifest_words.h"
 #include "manifest_writer.h"
 #include "option_texts.h"
+#include "output_file.h"
 #include "record_module.h"
 #include "text_encoding.h"
 #include "usage_error.h"
@@ -48,15 +48,38 @@ std::string summary(const RecordOptions& options, const Manifest& manifest) {
          std::to_string(checked) + " with MD5\n";
 }
 
-bool writeFile(const std::wstring& path, const std::string& text) {
-  std::ofstream file(toNativePath(path), std::ios::binary | std::ios::trunc);
-  file.write(text.data(), static_cast<std::streamsize>(text.size()));
-  file.close();
-  return static_cast<bool>(file);
+std::string complaint(const RecordOptions& options, const std::string& reason) {
+  return "quiver: cannot write the manifest " + escapeControls(toBytes(options.output)) + ": " +
+         reason + "\n";
 }
 
-Answer runRecord(const RecordOptions& options) {
-  Answer answer;
+bool isOutput(const RecordOptions& options, const ManifestFile& file) {
+  return file.size && isSameFile(options.output, file.path);
+}
+
+/// A manifest takes the place of nothing that it records. Empty when it does not.
+std::string recordedOutput(const RecordOptions& options, const Manifest& manifest) {
+  for (const ManifestModule& module : manifest.modules) {
+    if (module.symbolFile && isOutput(options, *module.symbolFile))
+      return "it is the symbol file of " + toBytes(module.binary.path);
+    for (const ManifestFile& source : module.sources) {
+      if (isOutput(options, source))
+        return "it is a source of " + toBytes(module.binary.path);
+    }
+  }
+  return "";
+}
+
+// Asked before the work, which may take long.
+std::string obstacleOf(const RecordOptions& options) {
+  for (const std::wstring& binary : options.binaries) {
+    if (isSameFile(options.output, binary))
+      return "it is the binary that is to be recorded";
+  }
+  return outputObstacle(options.output);
+}
+
+Manifest recordAll(const RecordOptions& options, Answer& answer) {
   Manifest manifest;
   bool hasPe = false;
   bool hasOther = false;
@@ -73,8 +96,19 @@ Answer runRecord(const RecordOptions& options) {
   }
   if (hasPe != hasOther)
     manifest.osType = hasPe ? kSystemWindows : kSystemOther;
-  if (!writeFile(options.output, manifestText(manifest)))
-    return {kExitFailure, "", answer.err + line(options.output, "it cannot be written")};
+  return manifest;
+}
+
+Answer runRecord(const RecordOptions& options) {
+  if (const std::string obstacle = obstacleOf(options); !obstacle.empty())
+    return {kExitFailure, "", complaint(options, obstacle)};
+  Answer answer;
+  const Manifest manifest = recordAll(options, answer);
+  std::string reason = recordedOutput(options, manifest);
+  if (reason.empty())
+    reason = writeOutputFile(options.output, manifestText(manifest));
+  if (!reason.empty())
+    return {kExitFailure, "", answer.err + complaint(options, reason)};
   answer.out = summary(options, manifest);
   return answer;
 }

@@ -1,10 +1,8 @@
 #include "resolve_run.h"
 
-#include <cerrno>
 #include <exception>
-#include <fstream>
-#include <system_error>
 
+#include "output_file.h"
 #include "recorded_manifest.h"
 #include "resolution_json.h"
 #include "resolution_summary.h"
@@ -24,26 +22,20 @@ std::string line(const std::string& text) {
   return "quiver: " + escapeControls(text) + "\n";
 }
 
-std::string reportComplaint(const std::wstring& path) {
-  const std::string reason = std::generic_category().message(errno);
-  return line("cannot write the report " + toBytes(path) + ": " + reason);
+// Empty when there is no reason.
+std::string reportComplaint(const ResolveOptions& options, const std::string& reason) {
+  return reason.empty()
+             ? ""
+             : line("cannot write the report " + toBytes(*options.report) + ": " + reason);
 }
 
-// Asked before the lookups, which may take long. A report that is there keeps its content.
+// Asked before the lookups, which may take long.
 std::string reportObstacle(const ResolveOptions& options) {
   if (!options.report)
     return "";
-  errno = 0;
-  const std::ofstream file(toNativePath(*options.report), std::ios::binary | std::ios::app);
-  return file ? "" : reportComplaint(*options.report);
-}
-
-std::string writeReport(const std::wstring& path, const std::string& page) {
-  errno = 0;
-  std::ofstream file(toNativePath(path), std::ios::binary | std::ios::trunc);
-  file.write(page.data(), static_cast<std::streamsize>(page.size()));
-  file.close();
-  return file ? "" : reportComplaint(path);
+  if (isSameFile(*options.report, options.manifest))
+    return reportComplaint(options, "it is the manifest");
+  return reportComplaint(options, outputObstacle(*options.report));
 }
 
 Resolution resolveWithProgress(const ResolveOptions& options,
@@ -111,7 +103,8 @@ Answer answerTo(const ResolveOptions& options, const Resolution& resolution) {
   Answer answer{statusOf(resolution), output(options, resolution), remarks(options, resolution)};
   if (!options.report)
     return answer;
-  const std::string complaint = writeReport(*options.report, reportPage(resolution));
+  const std::string complaint =
+      reportComplaint(options, writeOutputFile(*options.report, reportPage(resolution)));
   answer.err += complaint;
   if (!complaint.empty())
     answer.status = kExitFailure;

@@ -7,7 +7,8 @@
 namespace quiver_tool {
 
 /// Makes a closed stream fail instead of letting a file that is opened later take its place, and a
-/// reader that went away an error instead of the end of the program. Call it first.
+/// reader that went away or a limit on the size of files an error instead of the end of the
+/// program. Call it first.
 void prepareStandardStreams();
 
 /// Writes everything to standard output. Returns an empty text, or why it could not be written.

@@ -29,6 +29,7 @@ bool isTerminalForDiagnostics() {
 
 void prepareStandardStreams() {
   std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) fillWithRefusal(stream);
 }
 
