@@ -1,4 +1,6 @@
-# Turns the page of reports into C++: cmake -D PAGE=... -D OUTPUT=... -P embed_report_page.cmake
+# Puts the page of reports together and turns it into C++:
+#
+#   cmake -D PAGE=... -D STYLE=... -D SCRIPT=... -D OUTPUT=... -P embed_report_page.cmake
 #
 # The page's policy lets only the page's own style and script run, each known by its SHA-256, so
 # that nothing that a file name might bring along could. The hashes are put in here.
@@ -40,7 +42,20 @@ function(hash_of page tag result)
   set(${result} "${hash}" PARENT_SCOPE)
 endfunction()
 
+# Puts the content of a file in the place of the mark.
+function(insert mark file)
+  string(FIND "${page}" "${mark}" at)
+  if(at EQUAL -1)
+    message(FATAL_ERROR "${PAGE}: no ${mark}")
+  endif()
+  file(READ "${file}" text)
+  string(REPLACE "${mark}" "${text}" page "${page}")
+  set(page "${page}" PARENT_SCOPE)
+endfunction()
+
 file(READ "${PAGE}" page)
+insert("@STYLE@" "${STYLE}")
+insert("@SCRIPT@" "${SCRIPT}")
 string(REPLACE "\r\n" "\n" page "${page}")
 hash_of("${page}" style style_hash)
 hash_of("${page}" script script_hash)

@@ -9,7 +9,7 @@
 
 namespace quiver_tool {
 
-/// The page without data, made from resolve_report.html at build time.
+/// The page without data, put together from resolve_report.html, .css and .js at build time.
 extern const char* const kReportPage;
 
 /// Returns a JSON text that means the same and can stand within a script element: no character of
