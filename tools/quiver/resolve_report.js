@@ -131,8 +131,8 @@
   var outcomeWords = ["does not exist", "already seen", "", ""];
 
   function marked(mark, className, path, rest) {
-    return make("li", "", [make("span", "mark " + className, mark), make("span", "path", path),
-                           make("span", "quiet", rest)]);
+    return make("li", "", [make("span", "mark " + className, mark),
+                           make("span", "", [make("span", "path", path), make("span", "quiet", rest)])]);
   }
 
   function directoryLine(event) {
@@ -140,7 +140,7 @@
     var isTree = event[2] & 1, isSearched = event[2] & 2, isIndexed = event[2] & 4;
     if (isTree) notes.push("whole tree");
     if (isSearched && isIndexed) notes.push((event[3] ? grouped(event[3]) : "none") + " of this name in the index");
-    else if (isSearched) notes.push(grouped(event[3]) + (event[3] === 1 ? " entry" : " entries"));
+    else if (isSearched) notes.push(grouped(event[3]) + (event[3] === 1 ? "\u00a0entry" : "\u00a0entries"));
     if (texts[event[4]]) notes.push(texts[event[4]]);
     return marked(isSearched ? "\u25ab" : "\u00b7", "", texts[event[1]], notes.join(", "));
   }
@@ -162,7 +162,7 @@
   function stepItem(title, className, note) {
     var list = make("ul");
     var heading = make("h3", "", title);
-    var aside = make("span", "quiet", note ? " \u00b7 " + note : "");
+    var aside = make("span", "quiet", note ? " \u00b7\u00a0" + note : "");
     return { item: make("li", className, [heading, aside, list]), list: list, aside: aside, places: 0 };
   }
 
@@ -175,7 +175,7 @@
       if (!current) return;
       var notes = event ? [duration(event[2]), texts[event[3]]].filter(Boolean) : [];
       if (!current.places && notes.length < 2) notes.push("no further candidate");
-      current.aside.textContent = notes.length ? " \u00b7 " + notes.join(" \u00b7 ") : "";
+      current.aside.textContent = notes.length ? " \u00b7\u00a0" + notes.join(" \u00b7\u00a0") : "";
       current = null;
     }
     function open(step) {
@@ -261,7 +261,7 @@
   function rowElement(row) {
     if (row.element) return row.element;
     var file = row.file;
-    var button = make("button", "", make("span", "", "\u25b6"));
+    var button = make("button", "", make("span", "", "\u25b8"));
     button.type = "button";
     button.setAttribute("aria-expanded", "false");
     button.setAttribute("aria-label", "Journal of " + file.name.slice(baseStart(file.name)));
