@@ -9,21 +9,28 @@
 #include <fstream>
 #include <poll.h>
 
+#include "paku/uninterrupted_posix.h"
+
 namespace PAKU_3_1::internal {
 namespace {
 
 std::atomic<std::size_t> s_watches{0};
 
+/// Asked for until the system tells: one that has no descriptor left now will have one later.
 std::size_t halfOfTheSystemsLimit() {
-  std::size_t limit = 0;
-  std::ifstream("/proc/sys/fs/inotify/max_user_watches") >> limit;
-  return limit / 2;
+  static std::atomic<std::size_t> s_limit{0};
+  if (s_limit == 0) {
+    std::size_t limit = 0;
+    std::ifstream("/proc/sys/fs/inotify/max_user_watches") >> limit;
+    s_limit = limit / 2;
+  }
+  return s_limit;
 }
 
 }  // namespace
 
 bool WatchBudget::take() {
-  static const std::size_t limit = halfOfTheSystemsLimit();
+  const std::size_t limit = halfOfTheSystemsLimit();
   if (s_watches.fetch_add(1) < limit)
     return true;
   s_watches.fetch_sub(1);
@@ -40,7 +47,7 @@ std::size_t WatchBudget::used() {
 
 WatchQueue::WatchQueue()
     : m_inotify(inotify_init1(IN_NONBLOCK | IN_CLOEXEC)),
-      m_mounts(open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC)) {}
+      m_mounts(uninterrupted([] { return open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC); })) {}
 
 WatchQueue::~WatchQueue() {
   WatchBudget::giveBack(m_watches);
@@ -76,9 +83,7 @@ WatchQueue::Pending WatchQueue::pending() const {
 }
 
 std::ptrdiff_t WatchQueue::fill(char* buffer, std::size_t size) const {
-  ssize_t count;
-  do count = ::read(m_inotify.get(), buffer, size);
-  while (count < 0 && errno == EINTR);
+  const ssize_t count = uninterrupted([&] { return ::read(m_inotify.get(), buffer, size); });
   return count < 0 && errno == EAGAIN ? 0 : count;
 }
 
