@@ -16,6 +16,8 @@
 #include <sys/vfs.h>
 #include <unistd.h>
 
+#include "paku/uninterrupted_posix.h"
+
 namespace PAKU_3_1::internal {
 namespace {
 
@@ -63,7 +65,7 @@ std::string pathOf(int directory) {
 
 bool notifiesOfChanges(int directory) {
   struct statfs status {};
-  return fstatfs(directory, &status) == 0 &&
+  return uninterrupted([&] { return fstatfs(directory, &status); }) == 0 &&
          std::ranges::find(kTrusted, static_cast<unsigned long>(status.f_type)) !=
              std::end(kTrusted);
 }
@@ -84,7 +86,7 @@ bool hasMountBelow(int directory) {
     if (const std::string plain = unescaped(point); plain != "/" && plain.starts_with(prefix))
       return true;
   }
-  return false;
+  return table.bad();  // the rest is not known
 }
 
 bool ignoresCase(int directory) {
