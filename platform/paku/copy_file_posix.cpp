@@ -11,6 +11,7 @@
 #include "paku/native_path_posix.h"
 #include "paku/regular_file_posix.h"
 #include "paku/temporary_file_posix.h"
+#include "paku/uninterrupted_posix.h"
 
 namespace PAKU_3_1 {
 namespace {
@@ -20,13 +21,11 @@ constexpr std::size_t kKernelChunk = std::size_t{1} << 30;
 
 int writeAll(int fd, const char* bytes, std::size_t count) {
   while (count > 0) {
-    const ssize_t written = write(fd, bytes, count);
-    if (written < 0 && errno != EINTR)
+    const ssize_t written = internal::uninterrupted([&] { return write(fd, bytes, count); });
+    if (written < 0)
       return errno;
-    if (written > 0) {
-      bytes += written;
-      count -= static_cast<std::size_t>(written);
-    }
+    bytes += written;
+    count -= static_cast<std::size_t>(written);
   }
   return 0;
 }
@@ -35,11 +34,10 @@ int writeAll(int fd, const char* bytes, std::size_t count) {
 int copyByHand(int from, int to) {
   std::vector<char> buffer(kChunk);
   for (;;) {
-    const ssize_t count = read(from, buffer.data(), buffer.size());
+    const ssize_t count =
+        internal::uninterrupted([&] { return read(from, buffer.data(), buffer.size()); });
     if (count == 0)
       return 0;
-    if (count < 0 && errno == EINTR)
-      continue;
     if (count < 0)
       return errno;
     if (const int error = writeAll(to, buffer.data(), static_cast<std::size_t>(count)))
@@ -54,12 +52,13 @@ bool isUnsupported(int error) {
 
 int copyContent(int from, int to) {
   for (;;) {
-    const ssize_t count = copy_file_range(from, nullptr, to, nullptr, kKernelChunk, 0);
+    const ssize_t count = internal::uninterrupted(
+        [&] { return copy_file_range(from, nullptr, to, nullptr, kKernelChunk, 0); });
     // At the end of what the kernel copies, reading has the last word: files that the kernel makes
     // up have a size of zero and content all the same.
     if (count == 0 || (count < 0 && isUnsupported(errno)))
       return copyByHand(from, to);
-    if (count < 0 && errno != EINTR)
+    if (count < 0)
       return errno;
   }
 }
@@ -71,7 +70,9 @@ int finishCopy(int fd, const struct stat& source) {
   static_cast<void>(fchmod(fd, (source.st_mode & 0777) | S_IWUSR));
   if (futimens(fd, times) != 0)
     return errno;
-  const bool cannotSync = fsync(fd) != 0 && errno != EINVAL;  // which means: nothing to sync here
+  // Invalid means: nothing to sync here.
+  const bool cannotSync =
+      internal::uninterrupted([&] { return fsync(fd); }) != 0 && errno != EINVAL;
   return cannotSync ? errno : 0;
 }
 

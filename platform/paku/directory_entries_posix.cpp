@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 
 #include "paku/name_table_posix.h"
+#include "paku/uninterrupted_posix.h"
 
 namespace PAKU_3_1::internal {
 namespace {
@@ -27,8 +28,8 @@ Place reach(int start, std::string_view below) {
     const std::string piece(below.substr(0, cut));
     if (cut == std::string_view::npos)
       return {FileDescriptor(), -1, {}};
-    place.holder =
-        FileDescriptor(openat(place.directory, piece.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    place.holder = FileDescriptor(uninterrupted(
+        [&] { return openat(place.directory, piece.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC); }));
     if (!place.holder)
       return {FileDescriptor(), -1, {}};
     place.directory = place.holder.get();
@@ -44,9 +45,9 @@ FileDescriptor openDirectoryBelow(int start, std::string_view below, bool follow
   const Place place = reach(start, below);
   if (place.directory == -1)
     return {};
-  const int link = followLink ? 0 : O_NOFOLLOW;
-  return FileDescriptor(openat(
-      place.directory, place.path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK | link));
+  const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK | (followLink ? 0 : O_NOFOLLOW);
+  return FileDescriptor(
+      uninterrupted([&] { return openat(place.directory, place.path.c_str(), flags); }));
 }
 
 EntryKind kindBelow(int start, std::string_view below) {

@@ -12,6 +12,7 @@
 
 #include "paku/directory_tree.h"
 #include "paku/file_descriptor_posix.h"
+#include "paku/uninterrupted_posix.h"
 
 namespace PAKU_3_1::internal {
 
@@ -37,7 +38,7 @@ template <class Use>
 bool forEachEntry(int fd, const Use& use) {
   alignas(dirent64) char buffer[32 * 1024];
   for (;;) {
-    const ssize_t filled = getdents64(fd, buffer, sizeof buffer);
+    const ssize_t filled = uninterrupted([&] { return getdents64(fd, buffer, sizeof buffer); });
     if (filled <= 0)
       return filled == 0;
     for (ssize_t at = 0; at < filled;) {

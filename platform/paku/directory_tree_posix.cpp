@@ -14,6 +14,7 @@
 #include "paku/native_path_posix.h"
 #include "paku/open_ancestors_posix.h"
 #include "paku/text_encoding.h"
+#include "paku/uninterrupted_posix.h"
 
 namespace PAKU_3_1::internal {
 namespace {
@@ -152,7 +153,8 @@ int openTree(const std::wstring& directory) {
   std::string path;
   if (!nativePath(directory, path))
     return -1;
-  return open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK);
+  return uninterrupted(
+      [&] { return open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK); });
 }
 
 }  // namespace

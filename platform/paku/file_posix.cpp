@@ -14,18 +14,17 @@
 #include "paku/native_path_posix.h"
 #include "paku/regular_file_posix.h"
 #include "paku/trusted_file_system_posix.h"
+#include "paku/uninterrupted_posix.h"
 
 namespace PAKU_3_1 {
 namespace {
 
+using internal::uninterrupted;
+
 constexpr std::size_t kChunk = std::size_t{256} * 1024;
 
-/// pread that goes on after a signal.
 ssize_t readAt(int fd, std::vector<char>& buffer, off_t offset) {
-  ssize_t count;
-  do count = pread(fd, buffer.data(), buffer.size(), offset);
-  while (count < 0 && errno == EINTR);
-  return count;
+  return uninterrupted([&] { return pread(fd, buffer.data(), buffer.size(), offset); });
 }
 
 std::int64_t nanoseconds(const timespec& time) {

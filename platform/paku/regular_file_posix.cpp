@@ -5,6 +5,8 @@
 #include <cerrno>
 #include <fcntl.h>
 
+#include "paku/uninterrupted_posix.h"
+
 namespace PAKU_3_1::internal {
 namespace {
 
@@ -22,7 +24,8 @@ int openRegularFile(const std::string& path, FileDescriptor& file, struct stat& 
   if (const int refused = refusal(status.st_mode))
     return refused;
   // Another thing may bear the name by now: it must not block, and it is looked at again.
-  FileDescriptor opened(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
+  FileDescriptor opened(uninterrupted(
+      [&] { return open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY); }));
   if (!opened || fstat(opened.get(), &status) != 0)
     return errno;
   if (const int refused = refusal(status.st_mode))

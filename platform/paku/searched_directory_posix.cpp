@@ -9,6 +9,7 @@
 
 #include "paku/directory_entries_posix.h"
 #include "paku/native_path_posix.h"
+#include "paku/uninterrupted_posix.h"
 
 namespace PAKU_3_1::internal {
 namespace {
@@ -20,8 +21,9 @@ FileIdentity identityOf(const struct stat& status) {
 }  // namespace
 
 FileDescriptor openSearched(const SearchedDirectory& directory) {
-  FileDescriptor fd(
-      open(directory.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK));
+  FileDescriptor fd(uninterrupted([&] {
+    return open(directory.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK);
+  }));
   struct stat status {};
   const bool isIt =
       fd && fstat(fd.get(), &status) == 0 && identityOf(status) == directory.identity();

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "paku/temporary_name.h"
+#include "paku/uninterrupted_posix.h"
 
 namespace PAKU_3_1::internal {
 namespace {
@@ -57,7 +58,8 @@ int TemporaryFile::open(const std::string& target) {
 int TemporaryFile::openDirectory(const std::string& path) {
   // One that may be written but not read can still be written through.
   for (const int access : {O_RDONLY, O_PATH}) {
-    m_directory = FileDescriptor(::open(path.c_str(), access | O_DIRECTORY | O_CLOEXEC));
+    m_directory = FileDescriptor(
+        uninterrupted([&] { return ::open(path.c_str(), access | O_DIRECTORY | O_CLOEXEC); }));
     if (m_directory)
       return 0;
   }
@@ -67,10 +69,12 @@ int TemporaryFile::openDirectory(const std::string& path) {
 int TemporaryFile::createFile() {
   for (int attempt = 0; attempt < kAttempts; ++attempt) {
     std::string name = uniqueName();
-    m_file = FileDescriptor(openat(m_directory.get(),
-                                   name.c_str(),
-                                   O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                                   0600));
+    m_file = FileDescriptor(uninterrupted([&] {
+      return openat(m_directory.get(),
+                    name.c_str(),
+                    O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                    0600);
+    }));
     if (m_file) {
       m_name = std::move(name);
       return 0;
@@ -103,7 +107,8 @@ int TemporaryFile::publish(bool overwrite) {
     return errno;
   }
   m_name.clear();
-  fsync(directory);  // the file is there; only a power failure could still take its name away
+  // The file is there; only a power failure could still take its name away.
+  uninterrupted([&] { return fsync(directory); });
   return 0;
 }
 
