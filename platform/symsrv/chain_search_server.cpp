@@ -150,10 +150,15 @@ std::string ChainSearch::download(std::size_t index,
     return {};
   }
   DeliveryResult delivered = sink.deliver();
-  if (delivered.path.empty())
-    answer(StoreOutcome::kMismatch, shown, delivered.reason, sink.bytes());
   answers.isForGood = false;
-  return delivered.path;
+  if (!delivered.path.empty())
+    return delivered.path;
+  const StoreOutcome outcome =
+      delivered.isFilesFault ? StoreOutcome::kMismatch : StoreOutcome::kFailed;
+  answer(outcome, shown, delivered.reason, sink.bytes());
+  // The server has it; that our stores did not take it is over soon, maybe.
+  answers.isMissing = answers.isMissing && delivered.isFilesFault;
+  return {};
 }
 
 void ChainSearch::judgeFailure(const Url& url, const FetchResult& result, Answers& answers) {

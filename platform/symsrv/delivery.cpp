@@ -101,11 +101,11 @@ DeliveryResult Delivery::deliver(IByteSource& source) {
       case Outcome::kCannotWrite:
         // What lies in the file that failed may be the source itself.
         if (m_slots[failed].file.get() == static_cast<IByteSource*>(&source))
-          return {{}, m_reason};
+          return {{}, m_reason, false};
         m_slots.erase(m_slots.begin() + static_cast<std::ptrdiff_t>(failed));
     }
   }
-  return {{}, m_reason.empty() ? "no store can be written" : m_reason};
+  return {{}, m_reason.empty() ? "no store can be written" : m_reason, false};
 }
 
 Delivery::Outcome Delivery::fill(IByteSource& source, bool isCompressed, std::size_t& failed) {
@@ -177,7 +177,7 @@ DeliveryResult Delivery::publish(bool isCompressed) {
   // The nearest first: the others are of use only when it worked.
   Slot& nearest = m_slots.front();
   if (!nearest.file->publish(name) && !hasRightFile(*nearest.folder, name))
-    return {{}, "cannot be written"};
+    return {{}, "cannot be written", false};
   m_isPublished = true;
   for (std::size_t i = 1; i < m_slots.size(); ++i)
     static_cast<void>(m_slots[i].file->publish(isCompressed ? compressedName(name) : name));

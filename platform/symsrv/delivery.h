@@ -18,8 +18,9 @@
 namespace symsrv_1_0::internal {
 
 struct DeliveryResult {
-  std::string path;    ///< In the nearest store. Empty when there is none.
-  std::string reason;  ///< Then: what speaks against the file, or against every store.
+  std::string path;          ///< In the nearest store. Empty when there is none.
+  std::string reason;        ///< Then: what speaks against the file, or against every store.
+  bool isFilesFault = true;  ///< Then: it is the file that is wrong.
 };
 
 class Delivery final {

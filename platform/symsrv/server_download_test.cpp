@@ -195,6 +195,17 @@ TEST_F(ServerDownload, DoubtfulMissesAreNotKeptOnDisk) {
   }
 }
 
+TEST_F(ServerDownload, AFileThatTheCacheDidNotTakeIsNotMissing) {
+  m_progress.m_isWatching = true;
+  m_tree.addFile("cache/" + key() + "/in the way");
+  EXPECT_EQ(obtainFrom("good"), "");
+  EXPECT_THAT(reports(), HasSubstr("cannot be written"));
+  EXPECT_EQ(m_progress.m_stores.back().outcome, StoreOutcome::kFailed);
+  EXPECT_THAT(requests(), SizeIs(2)) << "the compressed file could not be written either";
+  std::filesystem::remove_all(at("cache"));
+  expectRight(obtainFrom("good"));
+}
+
 TEST_F(ServerDownload, CredentialsGoToTheirHostAlone) {
   const auto from = [this](const std::string& way) {
     forget();
