@@ -128,6 +128,10 @@ class CallbackHolder final : public IEventHandler {
     m_lock.store(lock);
   }
   void letGo() {
+    if (!m_callback.load())
+      return;
+    // Another thread may be disconnecting the callback, and destroy it then: look again inside.
+    const LockGuard guard(m_lock.load());
     if (T* callback = m_callback.load())
       callback->removeHandler(this);
   }

@@ -1,8 +1,10 @@
 // Holders, which refer to callback objects weakly.
 
 #include <atomic>
+#include <functional>
 #include <memory>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -19,6 +21,41 @@ using Holder = CallbackHolder<Callback>;
 
 Holder copyOf(const Holder& holder) {
   return holder;
+}
+
+/// Lets another thread be quicker: it works at the moment when the lock is asked for.
+class ContestedLock final : public ISpinSharedLock {
+ public:
+  void lock() QV_NO_THREAD_SAFETY_ANALYSIS override {
+    if (const std::function<void()> work = std::exchange(m_meanwhile, nullptr))
+      work();
+  }
+  void unlock() QV_NO_THREAD_SAFETY_ANALYSIS override {}
+  void lockShared() QV_NO_THREAD_SAFETY_ANALYSIS override {}
+  void unlockShared() QV_NO_THREAD_SAFETY_ANALYSIS override {}
+
+  std::function<void()> m_meanwhile;
+};
+
+TEST(CallbackHolder, LeavesACallbackAloneThatGoesWhileItWaitsForTheLock) {
+  static ContestedLock lock;
+  class Going final : public EventGenerator {
+   public:
+    ISpinSharedLock* getLock() override { return &lock; }
+    void removeHandler(IEventHandler* handler) {
+      ADD_FAILURE() << "it is gone by then";
+      EventGenerator::removeHandler(handler);
+    }
+  };
+  auto callback = std::make_unique<Going>();
+  {
+    const CallbackHolder<Going> holder(callback.get());
+    lock.m_meanwhile = [&] {
+      callback->disconnectHandlers();
+      callback = nullptr;
+    };
+  }
+  EXPECT_EQ(callback, nullptr);
 }
 
 TEST(CallbackHolder, IsEmptyAtFirst) {

@@ -21,7 +21,11 @@ void EventGeneratorImpl::addHandler(IEventHandler* handler) {
   m_handlers.push_back(handler);
 }
 
+// Without a lock there is no handler yet; one may be coming on another thread just now.
+
 void EventGeneratorImpl::removeHandler(IEventHandler* handler) {
+  if (!lock())
+    return;
   const LockGuard guard(lock());
   const auto found = std::find(m_handlers.begin(), m_handlers.end(), handler);
   if (found == m_handlers.end())
@@ -46,6 +50,8 @@ void EventGeneratorImpl::notifyHandlers(EventGenerator* generator) {
 }
 
 void EventGeneratorImpl::dropHandlers() {
+  if (!lock())
+    return;
   const LockGuard guard(lock());
   EventGeneratorImpl::notifyHandlers(nullptr);
   m_handlers.clear();

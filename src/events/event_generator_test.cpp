@@ -2,8 +2,10 @@
 
 #include "quiver/event_generator.h"
 
+#include <atomic>
 #include <functional>
 #include <string>
+#include <thread>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -178,6 +180,24 @@ TEST_F(EventGeneratorTest, TakesHandlersAgainAfterDisconnecting) {
   m_callback.addHandler(&m_b);
   m_callback.disconnectHandlers();
   EXPECT_EQ(m_log, (Log{"a", "b"}));
+}
+
+TEST(EventGenerator, IsDisconnectedOnOneThreadWhileItGetsItsFirstHandlerOnAnother) {
+  for (int round = 0; round < 200; ++round) {
+    Log log;
+    Handler handler("a", log);
+    Callback callback;
+    std::atomic<bool> isReady = false;
+    std::thread other([&] {
+      isReady = true;
+      callback.addHandler(&handler);
+    });
+    while (!isReady) std::this_thread::yield();
+    callback.disconnectHandlers();
+    other.join();
+    callback.disconnectHandlers();
+    EXPECT_EQ(log, (Log{"a"}));
+  }
 }
 
 TEST(EventGenerator, CannotBeCopied) {
