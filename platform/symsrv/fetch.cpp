@@ -3,10 +3,10 @@
 #include "symsrv/fetch.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <thread>
 
 #include "symsrv/hop_watcher.h"
+#include "symsrv/text.h"
 
 namespace symsrv_1_0::internal {
 namespace {
@@ -14,7 +14,7 @@ namespace {
 using Kind = FetchResult::Kind;
 using std::chrono::milliseconds;
 
-constexpr milliseconds kMaxPause{2000};
+constexpr std::uint64_t kMaxPause = 2;  // seconds
 constexpr milliseconds kStep{20};
 
 /// Returns the reason why a redirect is not followed, an empty text otherwise.
@@ -39,7 +39,7 @@ FetchResult tryOnce(HopWatcher& watcher,
     const std::string location = watcher.takeRedirect();
     if (location.empty())
       return watcher.judge(hop);
-    std::optional<Url> next = parseUrl(resolveLocation(url, location));
+    std::optional<Url> next = parseAddress(resolveLocation(url, location));
     if (const std::string reason = refusal(url, next); !reason.empty())
       return {Kind::kTrouble, 0, reason};
     // What an address elsewhere brings along as credentials is not ours to send.
@@ -49,11 +49,18 @@ FetchResult tryOnce(HopWatcher& watcher,
   return {Kind::kTrouble, 0, "redirected too often"};
 }
 
-milliseconds pauseBefore(int nextTry, const Limits& limits, const std::string& retryAfter) {
-  const long seconds = std::strtol(retryAfter.c_str(), nullptr, 10);
-  if (seconds > 0)
-    return milliseconds(seconds * 1000);
-  return limits.betweenTries * nextTry;
+/// Returns nothing when the server wants to be left alone for longer than anybody waits here. What
+/// is no number of seconds is a date, which is worth no wait either.
+std::optional<milliseconds> pauseBefore(int nextTry,
+                                        const Limits& limits,
+                                        const std::string& retryAfter) {
+  const milliseconds usual = limits.betweenTries * nextTry;
+  if (retryAfter.empty())
+    return usual;
+  const std::optional<std::uint64_t> seconds = decimal(retryAfter);
+  if (!seconds || *seconds > kMaxPause)
+    return std::nullopt;
+  return std::max(usual, milliseconds(static_cast<std::int64_t>(*seconds) * 1000));
 }
 
 /// Returns false when the caller did not want to wait.
@@ -74,7 +81,7 @@ FetchResult fetch(ITransport& transport,
                   const Settings& settings,
                   Progress& progress,
                   IFetchSink& sink) {
-  const std::optional<Url> url = parseUrl(address);
+  const std::optional<Url> url = parseAddress(address);
   if (!url)
     return {Kind::kTrouble, 0, "an address that is not supported"};
   for (int tries = 1;; ++tries) {
@@ -84,10 +91,11 @@ FetchResult fetch(ITransport& transport,
     FetchResult result = tryOnce(watcher, transport, *url, settings);
     if (result.kind != Kind::kTrouble || !watcher.isBusy() || tries >= settings.limits.tries)
       return result;
-    const milliseconds time = pauseBefore(tries, settings.limits, watcher.retryAfter());
-    if (time > kMaxPause)
+    const std::optional<milliseconds> time =
+        pauseBefore(tries, settings.limits, watcher.retryAfter());
+    if (!time)
       return result;
-    if (!pause(time, progress))
+    if (!pause(*time, progress))
       return {Kind::kCanceled, result.status, "canceled"};
   }
 }

@@ -43,6 +43,17 @@ TEST(Text, KnowsWellFormedUtf8) {
 
 TEST(Text, PrintsControlCharactersHarmlessly) {
   EXPECT_EQ(printable("a\x1B[2Jb\n"), R"(a\x1b[2Jb\x0a)");
+  EXPECT_EQ(printable("\xC2\x9B"
+                      "2J \xC2\x80 \xC2\xA0 \xC3\xA9 \xC2"),
+            "\\x9b"
+            "2J \\x80 \xC2\xA0 \xC3\xA9 \xC2");
+}
+
+TEST(Text, ReadsNumbersThatAreNothingElse) {
+  EXPECT_EQ(decimal("0"), 0u);
+  EXPECT_EQ(decimal("18446744073709551615"), 18446744073709551615u);
+  for (const char* text : {"", "18446744073709551616", "-1", "+1", " 1", "1 ", "0x1", "1.0"})
+    EXPECT_EQ(decimal(text), std::nullopt) << text;
 }
 
 }  // namespace

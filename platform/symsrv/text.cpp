@@ -3,6 +3,7 @@
 #include "symsrv/text.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace symsrv_1_0::internal {
 namespace {
@@ -58,6 +59,13 @@ std::string lowerHex(std::uint64_t value, std::size_t digits) {
   return hex(value, digits, "0123456789abcdef");
 }
 
+std::optional<std::uint64_t> decimal(std::string_view text) {
+  std::uint64_t value = 0;
+  const char* const end = text.data() + text.size();
+  const std::from_chars_result result = std::from_chars(text.data(), end, value);
+  return result.ec == std::errc() && result.ptr == end ? std::optional(value) : std::nullopt;
+}
+
 std::string lowerHexBytes(std::string_view bytes) {
   std::string text;
   for (const char byte : bytes) text += lowerHex(static_cast<unsigned char>(byte), 2);
@@ -99,12 +107,15 @@ bool isUtf8(std::string_view text) {
 
 std::string printable(std::string_view text) {
   std::string result;
-  for (const char c : text) {
-    const auto value = static_cast<unsigned char>(c);
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const unsigned value = byteAt(text, i);
+    const unsigned next = i + 1 < text.size() ? byteAt(text, i + 1) : 0;
     if (value < 0x20 || value == 0x7F)
       result += "\\x" + lowerHex(value, 2);
+    else if (value == 0xC2 && next >= 0x80 && next < 0xA0)
+      result += "\\x" + lowerHex(text[++i] & 0xFF, 2);
     else
-      result += c;
+      result += text[i];
   }
   return result;
 }

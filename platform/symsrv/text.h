@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,9 @@ namespace symsrv_1_0::internal {
 /// Writes a number with at least `digits` hexadecimal digits.
 std::string upperHex(std::uint64_t value, std::size_t digits = 1);
 std::string lowerHex(std::uint64_t value, std::size_t digits = 1);
+
+/// Reads a number that is written in digits and nothing else. Nothing for one of too many digits.
+std::optional<std::uint64_t> decimal(std::string_view text);
 
 /// Writes bytes as pairs of lower-case hexadecimal digits.
 std::string lowerHexBytes(std::string_view bytes);
@@ -27,7 +31,8 @@ std::string_view trimmed(std::string_view text);
 /// Returns true for well-formed UTF-8: no surrogates, no needlessly long forms.
 bool isUtf8(std::string_view text);
 
-/// Returns the text with control characters as \xNN, fit for a terminal.
+/// Returns the text with control characters as \xNN, fit for a terminal: those of ASCII, and those
+/// of two bytes that some terminals obey too.
 std::string printable(std::string_view text);
 
 }  // namespace symsrv_1_0::internal

@@ -32,13 +32,35 @@ std::string joined(const std::vector<std::string>& components) {
 }
 
 bool isPlain(std::string_view text) {
-  return std::all_of(text.begin(), text.end(), [](char c) { return c > 0x20 && c != 0x7F; });
+  return std::all_of(text.begin(), text.end(), [](char c) { return c > 0x20 && c < 0x7F; });
+}
+
+/// Takes "." and ".." out of a path that begins with "/".
+std::string withoutDots(std::string_view path) {
+  std::string result;
+  while (!path.empty()) {
+    const std::size_t end = std::min(path.find('/', 1), path.size());
+    const std::string_view part = path.substr(0, end);
+    path.remove_prefix(end);
+    const bool isUp = part == "/..";
+    if (isUp)
+      result.erase(std::min(result.rfind('/'), result.size()));
+    else if (part != "/.")
+      result += part;
+    if (path.empty() && (isUp || part == "/."))
+      result += '/';  // a folder's name
+  }
+  return result;
 }
 
 }  // namespace
 
 std::string Url::origin() const {
-  return (isSecure ? "https://" : "http://") + toLower(authority);
+  std::string host = toLower(authority);
+  const std::string usualPort = isSecure ? ":443" : ":80";
+  if (host.ends_with(usualPort))
+    host.resize(host.size() - usualPort.size());
+  return (isSecure ? "https://" : "http://") + host;
 }
 
 std::string Url::below(const std::vector<std::string>& components) const {
@@ -58,7 +80,7 @@ bool hasScheme(std::string_view text) {
          });
 }
 
-std::optional<Url> parseUrl(std::string_view text) {
+std::optional<Url> parseAddress(std::string_view text) {
   Url url;
   url.isSecure = startsWithIgnoreCase(text, "https://");
   if (!url.isSecure && !startsWithIgnoreCase(text, "http://"))
@@ -71,11 +93,11 @@ std::optional<Url> parseUrl(std::string_view text) {
     url.query = text.substr(query);
     text = text.substr(0, query);
   }
+  url.path = "/";
   if (const std::size_t path = text.find('/'); path != std::string_view::npos) {
     url.path = text.substr(path);
     text = text.substr(0, path);
   }
-  url.path.erase(url.path.find_last_not_of('/') + 1);
   if (const std::size_t user = text.rfind('@'); user != std::string_view::npos) {
     url.userInfo = text.substr(0, user);
     text.remove_prefix(user + 1);
@@ -83,6 +105,13 @@ std::optional<Url> parseUrl(std::string_view text) {
   url.authority = text;
   if (text.empty() || text.front() == ':' || text.find('\\') != std::string_view::npos)
     return std::nullopt;
+  return url;
+}
+
+std::optional<Url> parseUrl(std::string_view text) {
+  std::optional<Url> url = parseAddress(text);
+  if (url)
+    url->path.erase(url->path.find_last_not_of('/') + 1);
   return url;
 }
 
@@ -95,11 +124,15 @@ std::string resolveLocation(const Url& from, std::string_view location) {
   if (location.substr(0, 2) == "//")
     return scheme + std::string(location);
   const std::string root = scheme + "//" + from.authority;
-  if (location[0] == '/')
-    return root + std::string(location);
-  if (location[0] == '?' || location[0] == '#')
-    return root + from.path + std::string(location);
-  return root + from.path.substr(0, from.path.rfind('/') + 1) + std::string(location);
+  const std::size_t end = std::min(location.find_first_of("?#"), location.size());
+  const std::string_view path = location.substr(0, end);
+  const std::string rest(location.substr(end));
+  if (path.empty())
+    return root + from.path + rest;
+  if (path[0] == '/')
+    return root + withoutDots(path) + rest;
+  return root + withoutDots(from.path.substr(0, from.path.rfind('/') + 1) + std::string(path)) +
+         rest;
 }
 
 std::string shownUrl(std::string_view text) {

@@ -9,12 +9,12 @@
 
 namespace symsrv_1_0::internal {
 
-/// An address of a server's root: http or https, nothing else.
+/// An address: http or https, nothing else.
 struct Url {
   bool isSecure = false;
   std::string userInfo;   ///< "user:password", as written; empty when there is none.
   std::string authority;  ///< Host and port, IPv6 hosts in brackets.
-  std::string path;       ///< Begins with "/" or is empty; no "/" at its end.
+  std::string path;       ///< Begins with "/"; of a root: empty, or without "/" at its end.
   std::string query;      ///< Begins with "?" or is empty.
 
   /// Returns scheme, host and port: what fails or works as one.
@@ -30,7 +30,11 @@ struct Url {
 /// Returns true when the text begins with a scheme, such as "file://".
 bool hasScheme(std::string_view text);
 
+/// Reads the address of a root, below which files lie.
 std::optional<Url> parseUrl(std::string_view text);
+
+/// Reads the address of one file. Its end stays as it is: a "/" more is another address.
+std::optional<Url> parseAddress(std::string_view text);
 
 /// Returns the address that a redirect from `from` leads to: `location` may be relative. An address
 /// of another scheme comes back as it is.
