@@ -91,8 +91,11 @@ std::string ChainList::add(std::string_view element, const std::string& defaultS
     m_chains.push_back(*std::move(parsed.chain));
     return {};
   }
+  std::vector<StoreName>& stores = parsed.chain->stores;
   if (m_cache)
-    parsed.chain->stores.insert(parsed.chain->stores.begin(), *m_cache);
+    stores.insert(stores.begin(), *m_cache);
+  else if (stores.front().url && !defaultStore.empty())
+    stores.insert(stores.begin(), StoreName{defaultStore, std::nullopt});
   m_chains.push_back(*std::move(parsed.chain));
   return {};
 }

@@ -38,7 +38,8 @@ struct ParsedElement {
 ParsedElement parseElement(std::string_view element, const std::string& defaultStore);
 
 /// The elements given so far, each with the cache that was in force when it came. A new cache takes
-/// the place of the one before.
+/// the place of the one before. What begins with a server has the default store before it, where
+/// its files go.
 class ChainList final {
  public:
   /// Returns the reason when the element is refused, an empty text otherwise.

@@ -45,21 +45,17 @@ bool splitOrdinary(std::string_view path, std::vector<std::string>& names) {
 
 }  // namespace
 
-ChainSearch::ChainSearch(Downloader& shared,
-                         const std::vector<Chain>& chains,
-                         const Chain& chain,
-                         const SoughtFile& sought,
-                         Progress& progress)
+ChainSearch::ChainSearch(Downloader& shared, const SearchRequest& request, const Chain& chain)
     : m_shared(shared),
       m_settings(shared.m_settings),
-      m_chains(chains),
+      m_request(request),
       m_chain(chain),
-      m_sought(sought),
-      m_progress(progress) {}
+      m_sought(request.sought),
+      m_progress(request.progress) {}
 
 void ChainSearch::say(const std::string& where, const std::string& what) const {
-  if (m_shared.m_report)
-    m_shared.m_report(printable(where) + ": " + printable(what));
+  if (m_request.report)
+    m_request.report(printable(where) + ": " + printable(what));
 }
 
 void ChainSearch::answer(StoreOutcome outcome,
@@ -97,6 +93,8 @@ std::string ChainSearch::run() {
         continue;
       m_answer = {};
       std::string path = isServer ? tryServer(i, place) : tryDirectory(i, place);
+      if (m_isUndecided)
+        return {};
       tellWatcher(m_chain.stores[i]);
       if (!path.empty() || m_progress.isCanceled())
         return path;
@@ -112,19 +110,36 @@ DirectoryStore ChainSearch::directory(std::size_t index) const {
 
 std::vector<DirectoryStore> ChainSearch::storesBefore(std::size_t index) const {
   std::vector<DirectoryStore> stores;
-  for (std::size_t i = 0; i < index; ++i)
-    if (!m_chain.stores[i].url)
+  for (std::size_t i = 0; i < index; ++i) {
+    const StoreName& name = m_chain.stores[i];
+    const auto isSame = [&](const DirectoryStore& s) { return s.root() == name.directory; };
+    if (!name.url && std::none_of(stores.begin(), stores.end(), isSame))
       stores.push_back(directory(i));
-  if (stores.empty() && !m_settings.defaultStore.empty())
-    stores.emplace_back(m_settings.defaultStore, true, m_settings);
+  }
+  if (stores.empty())
+    if (std::optional<DirectoryStore> spare = spareStore())
+      stores.push_back(*std::move(spare));
   return stores;
 }
 
-std::string ChainSearch::nearestStore() const {
-  for (const DirectoryStore& store : storesBefore(m_chain.stores.size()))
+std::optional<DirectoryStore> ChainSearch::nearestStore(std::size_t index) const {
+  for (const DirectoryStore& store : storesBefore(index))
     if (store.reasonAgainst().empty())
-      return store.root();
-  return {};
+      return store;
+  return std::nullopt;
+}
+
+std::optional<DirectoryStore> ChainSearch::spareStore() const {
+  if (m_settings.defaultStore.empty())
+    return std::nullopt;
+  return DirectoryStore(m_settings.defaultStore, true, m_settings);
+}
+
+/// Before anything is asked or copied, whatever becomes of it then.
+void ChainSearch::sweep(const std::vector<DirectoryStore>& stores) const {
+  for (const DirectoryStore& store : stores)
+    if (store.reasonAgainst().empty())
+      m_shared.sweepOnce(store);
 }
 
 std::string ChainSearch::tryDirectory(std::size_t index, const Place& place) {
@@ -146,7 +161,7 @@ std::string ChainSearch::tryDirectory(std::size_t index, const Place& place) {
     if (!file)
       continue;
     std::string path = tryFile(index, *file, folder->pathOf(name));
-    if (!path.empty() || m_progress.isCanceled())
+    if (!path.empty() || m_progress.isCanceled() || m_isUndecided)
       return path;
   }
   return place.isKeyed ? tryPointer(index, store, *folder) : std::string();
@@ -164,9 +179,18 @@ std::string ChainSearch::tryFile(std::size_t index, IByteSource& file, const std
     if (index == 0 || m_sought.isByChecksum())
       return path;
   }
-  Delivery delivery(storesBefore(index), m_sought, m_settings, m_progress);
-  const DeliveryResult result =
-      delivery.hasPlace() ? delivery.deliver(file) : DeliveryResult{{}, "no store can be written"};
+  const std::vector<DirectoryStore> stores = storesBefore(index);
+  if (index == 0)  // its copies lie where the chain does not look
+    if (std::string brought = wasBrought(stores); !brought.empty())
+      return brought;
+  if (m_request.isNearOnly) {
+    m_isUndecided = true;
+    return {};
+  }
+  sweep(stores);
+  Delivery delivery(
+      stores, isCompressed ? spareStore() : std::nullopt, m_sought, m_settings, m_progress);
+  const DeliveryResult result = delivery.deliver(file);
   if (!result.reason.empty() && isCompressed)
     answer(StoreOutcome::kFailed, path, result.reason, file.size());
   else if (!result.reason.empty())
@@ -177,6 +201,22 @@ std::string ChainSearch::tryFile(std::size_t index, IByteSource& file, const std
   if (result.path.empty() && !isCompressed && !m_progress.isCanceled())
     return path;
   return result.path;
+}
+
+/// Returns the path of the file when an earlier search has brought it.
+std::string ChainSearch::wasBrought(const std::vector<DirectoryStore>& stores) {
+  const Place* place = m_sought.cachePlace();
+  for (const DirectoryStore& store : stores) {
+    const std::shared_ptr<Folder> folder =
+        place && store.reasonAgainst().empty() ? store.find(*place) : nullptr;
+    const std::unique_ptr<FileSource> file =
+        folder ? folder->read(place->file, store.links()) : nullptr;
+    if (file && mismatch(*file, m_sought).empty()) {
+      answer(StoreOutcome::kFound, folder->pathOf(place->file), "found", file->size());
+      return folder->pathOf(place->file);
+    }
+  }
+  return {};
 }
 
 std::string ChainSearch::tryPointer(std::size_t index,
@@ -211,7 +251,7 @@ std::unique_ptr<FileSource> ChainSearch::openPointed(const std::string& text,
                                                      std::string& path) {
   std::string root = storeRoot;
   std::string_view rest = isRelative(text) ? std::string_view(text) : below(text, storeRoot);
-  for (const Chain& chain : m_chains)
+  for (const Chain& chain : m_request.chains)
     for (const StoreName& store : chain.stores)
       if (rest.empty() && !store.url && isAbsolutePath(store.directory)) {
         rest = below(text, store.directory);

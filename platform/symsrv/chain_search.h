@@ -12,15 +12,13 @@ namespace symsrv_1_0::internal {
 
 class ChainSearch final {
  public:
-  /// `chains` are all that were registered: a pointer may lead into any of their directories.
-  ChainSearch(Downloader& shared,
-              const std::vector<Chain>& chains,
-              const Chain& chain,
-              const SoughtFile& sought,
-              Progress& progress);
+  ChainSearch(Downloader& shared, const SearchRequest& request, const Chain& chain);
 
   /// Returns the local path. Empty when there is none.
   std::string run();
+
+  /// Returns true when a search that stays near ended before it was decided.
+  bool isUndecided() const { return m_isUndecided; }
 
  private:
   struct Answers {
@@ -30,12 +28,21 @@ class ChainSearch final {
 
   std::string tryDirectory(std::size_t index, const Place& place);
   std::string tryFile(std::size_t index, IByteSource& file, const std::string& path);
+  std::string wasBrought(const std::vector<DirectoryStore>& stores);
   std::string tryPointer(std::size_t index, const DirectoryStore& store, const Folder& folder);
   std::unique_ptr<FileSource> openPointed(const std::string& text,
                                           const std::string& storeRoot,
                                           std::string& path);
 
   std::string tryServer(std::size_t index, const Place& place);
+  std::string tryServerAlone(std::size_t index,
+                             const Place& place,
+                             const std::string& key,
+                             const DirectoryStore* notes);
+  bool mayAsk(const Url& url,
+              const Place& place,
+              const std::string& key,
+              const DirectoryStore* notes);
   std::string askServer(std::size_t index, const Place& place, bool hasTwoTiers, Answers& answers);
   std::optional<bool> askTiers(const Url& url);
   std::string download(std::size_t index,
@@ -46,7 +53,9 @@ class ChainSearch final {
   DirectoryStore directory(std::size_t index) const;
   /// Returns the stores that take a copy of what is found at `index`, the nearest first.
   std::vector<DirectoryStore> storesBefore(std::size_t index) const;
-  std::string nearestStore() const;
+  std::optional<DirectoryStore> nearestStore(std::size_t index) const;
+  std::optional<DirectoryStore> spareStore() const;
+  void sweep(const std::vector<DirectoryStore>& stores) const;
   void say(const std::string& where, const std::string& what) const;
   /// Says it, and remembers it as the store's answer.
   void answer(StoreOutcome outcome,
@@ -57,7 +66,7 @@ class ChainSearch final {
 
   Downloader& m_shared;
   const Settings& m_settings;
-  const std::vector<Chain>& m_chains;
+  const SearchRequest& m_request;
   const Chain& m_chain;
   const SoughtFile& m_sought;
   Progress& m_progress;
@@ -69,6 +78,7 @@ class ChainSearch final {
     std::uint64_t bytes = 0;
   };
   Answer m_answer;  // of the store that is being asked
+  bool m_isUndecided = false;
 };
 
 }  // namespace symsrv_1_0::internal

@@ -4,6 +4,8 @@
 // missing. Any other trouble sets the server aside. Servers of debug files for ELF answer questions
 // that they do not understand with "unavailable": for these such an answer is a miss.
 
+#include <functional>
+
 #include "symsrv/chain_search.h"
 
 namespace symsrv_1_0::internal {
@@ -14,45 +16,48 @@ using Kind = FetchResult::Kind;
 /// Makes a file when the first byte comes: what is missing leaves no trace.
 class LateFile final : public IFetchSink {
  public:
-  LateFile(std::vector<DirectoryStore> stores,
-           const SoughtFile& sought,
-           const Settings& settings,
-           Progress& progress)
-      : m_stores(std::move(stores)), m_sought(sought), m_settings(settings), m_progress(progress) {}
+  explicit LateFile(std::function<void(std::optional<Delivery>&)> begin)
+      : m_begin(std::move(begin)) {}
 
   bool write(const void* bytes, std::size_t count) override {
-    if (!m_delivery) {
-      m_delivery.emplace(m_stores, m_sought, m_settings, m_progress);
-      m_file = m_delivery->hasPlace() ? m_delivery->newRawFile() : nullptr;
-    }
+    if (!m_delivery)
+      m_begin(m_delivery);
     m_bytes += count;
-    return m_file && m_file->write(bytes, count);
+    return m_delivery->write(bytes, count);
   }
   bool clear() override {
     m_bytes = 0;
-    return !m_file || m_file->clear();
+    return !m_delivery || m_delivery->clear();
   }
   std::uint64_t bytes() const { return m_bytes; }
 
   DeliveryResult deliver() {
-    return m_file ? m_delivery->deliver(std::move(m_file)) : DeliveryResult{{}, "empty"};
+    return m_bytes > 0 ? m_delivery->deliver() : DeliveryResult{{}, "empty"};
   }
 
  private:
-  const std::vector<DirectoryStore> m_stores;
-  const SoughtFile& m_sought;
-  const Settings& m_settings;
-  Progress& m_progress;
+  const std::function<void(std::optional<Delivery>&)> m_begin;
   std::optional<Delivery> m_delivery;
-  std::unique_ptr<NewFile> m_file;
   std::uint64_t m_bytes = 0;
 };
 
-/// For answers of which only the status counts.
+/// For answers of which only the status counts. Small ones are read to their end, for the
+/// connection's sake.
 class NullSink final : public IFetchSink {
  public:
-  bool write(const void*, std::size_t) override { return true; }
-  bool clear() override { return true; }
+  bool write(const void*, std::size_t count) override {
+    m_bytes += count;
+    return m_bytes <= kSmall;
+  }
+  bool clear() override {
+    m_bytes = 0;
+    return true;
+  }
+
+ private:
+  static constexpr std::uint64_t kSmall = std::uint64_t{64} << 10;
+
+  std::uint64_t m_bytes = 0;
 };
 
 StoreOutcome outcomeOf(Kind kind) {
@@ -71,25 +76,55 @@ std::pair<std::string, bool> missKey(const Url& url, const std::vector<std::stri
 
 }  // namespace
 
-std::string ChainSearch::tryServer(std::size_t index, const Place& place) {
-  const Url& url = *m_chain.stores[index].url;
+bool ChainSearch::mayAsk(const Url& url,
+                         const Place& place,
+                         const std::string& key,
+                         const DirectoryStore* notes) {
   if (!m_shared.m_transport) {
     answer(StoreOutcome::kLeftAlone, url.shownBelow({}), "servers are not asked here");
-    return {};
+    return false;
   }
   if (std::string reason = m_shared.m_servers.reasonAgainst(url.origin()); !reason.empty()) {
     answer(StoreOutcome::kLeftAlone, url.shownBelow({}), "left alone: " + reason);
-    return {};
+    return false;
   }
-  const auto [key, mayBeStored] = missKey(url, place.components(false, place.file));
-  const std::string store = mayBeStored ? nearestStore() : std::string();
-  if (!store.empty())
-    m_shared.sweepOnce(store);
-  if (m_shared.m_misses.isMissing(key, store)) {
+  if (m_shared.m_misses.isMissing(key, notes)) {
     answer(StoreOutcome::kLeftAlone,
            url.shownBelow(place.components(false, place.file)),
            "was missing a while ago");
+    return false;
+  }
+  return true;
+}
+
+std::string ChainSearch::tryServer(std::size_t index, const Place& place) {
+  const Url& url = *m_chain.stores[index].url;
+  const auto [key, mayBeStored] = missKey(url, place.components(false, place.file));
+  const std::optional<DirectoryStore> store = mayBeStored ? nearestStore(index) : std::nullopt;
+  const DirectoryStore* notes = store ? &*store : nullptr;
+  if (!m_request.isNearOnly)
+    sweep(storesBefore(index));
+  if (!mayAsk(url, place, key, notes))
     return {};
+  m_isUndecided = m_request.isNearOnly;
+  return m_isUndecided ? std::string() : tryServerAlone(index, place, key, notes);
+}
+
+/// Nobody else asks the server for the file meanwhile.
+std::string ChainSearch::tryServerAlone(std::size_t index,
+                                        const Place& place,
+                                        const std::string& key,
+                                        const DirectoryStore* notes) {
+  const Url& url = *m_chain.stores[index].url;
+  const KeyGate::Hold hold(m_shared.m_gate, key, [this] { return m_progress.tick(); });
+  if (!hold.isTaken()) {
+    answer(StoreOutcome::kLeftAlone, url.shownBelow({}), "is being asked for it already");
+    return {};
+  }
+  if (hold.hasWaited()) {
+    std::string path = wasBrought(storesBefore(index));
+    if (!path.empty() || !mayAsk(url, place, key, notes))
+      return path;
   }
   Answers answers;
   const std::optional<bool> hasTwoTiers = place.isKeyed ? askTiers(url) : false;
@@ -97,7 +132,7 @@ std::string ChainSearch::tryServer(std::size_t index, const Place& place) {
     return {};
   std::string path = askServer(index, place, *hasTwoTiers, answers);
   if (path.empty() && answers.isMissing && !m_progress.isCanceled())
-    m_shared.m_misses.remember(key, answers.isForGood ? store : std::string());
+    m_shared.m_misses.remember(key, answers.isForGood ? notes : nullptr);
   return path;
 }
 
@@ -108,17 +143,19 @@ std::optional<bool> ChainSearch::askTiers(const Url& url) {
   NullSink sink;
   const FetchResult result =
       fetch(*m_shared.m_transport, url.below({"index2.txt"}), m_settings, m_progress, sink);
-  const bool isAnswer = result.kind == Kind::kDone || result.kind == Kind::kMissing;
+  // A page for people stands for what is not there, and an empty file is there too.
+  const bool hasTwoTiers = result.kind == Kind::kDone || result.kind == Kind::kSinkFull;
+  const bool isAnswer = hasTwoTiers || result.kind == Kind::kMissing || result.kind == Kind::kPage;
   if (isAnswer || (m_sought.elf && result.status != 0)) {
-    say(url.shownBelow({"index2.txt"}), result.reason);
+    say(url.shownBelow({"index2.txt"}), hasTwoTiers ? "there" : result.reason);
   } else {
     answer(StoreOutcome::kFailed, url.shownBelow({"index2.txt"}), result.reason);
     Answers unused;
     judgeFailure(url, result, unused);
     return std::nullopt;
   }
-  m_shared.rememberTiers(address, result.kind == Kind::kDone);
-  return result.kind == Kind::kDone;
+  m_shared.rememberTiers(address, hasTwoTiers);
+  return hasTwoTiers;
 }
 
 std::string ChainSearch::askServer(std::size_t index,
@@ -141,7 +178,9 @@ std::string ChainSearch::download(std::size_t index,
                                   Answers& answers) {
   const Url& url = *m_chain.stores[index].url;
   const std::string shown = url.shownBelow(components);
-  LateFile sink(storesBefore(index), m_sought, m_settings, m_progress);
+  LateFile sink([this, index](std::optional<Delivery>& delivery) {
+    delivery.emplace(storesBefore(index), spareStore(), m_sought, m_settings, m_progress);
+  });
   const FetchResult result =
       fetch(*m_shared.m_transport, url.below(components), m_settings, m_progress, sink);
   answer(outcomeOf(result.kind), shown, result.reason, sink.bytes());
@@ -167,7 +206,8 @@ void ChainSearch::judgeFailure(const Url& url, const FetchResult& result, Answer
     return;
   }
   answers.isForGood = false;
-  if (result.kind == Kind::kRefused || (m_sought.elf && result.status >= 500))
+  if (result.kind == Kind::kRefused || result.kind == Kind::kPage ||
+      (m_sought.elf && result.status >= 500))
     return;  // of this file, for now
   answers.isMissing = false;
   if (result.kind == Kind::kTrouble)

@@ -102,6 +102,17 @@ TEST(ChainList, CacheStandsBeforeLaterElementsUntilTheNextOne) {
   EXPECT_THAT(shown(list.chains()[4]), ElementsAre("DEFAULT", "d"));
 }
 
+TEST(ChainList, ServersAloneHaveTheDefaultStoreBeforeThem) {
+  ChainList list;
+  list.add("srv*https://h/p", "DEFAULT");
+  list.add("srv*https://h/p*a", "DEFAULT");
+  list.add("srv*https://h/p", "");
+  ASSERT_EQ(list.chains().size(), 3u);
+  EXPECT_THAT(shown(list.chains()[0]), ElementsAre("DEFAULT", "https://h/p"));
+  EXPECT_THAT(shown(list.chains()[1]), ElementsAre("DEFAULT", "https://h/p", "a"));
+  EXPECT_THAT(shown(list.chains()[2]), ElementsAre("https://h/p"));
+}
+
 TEST(ChainList, ForgetsTheCacheToo) {
   ChainList list;
   list.add("cache*c", "DEFAULT");
@@ -137,8 +148,15 @@ TEST(Url, ShowsNoSecrets) {
   EXPECT_EQ(shownUrl("ftp://u:secret@h"), "ftp://...");
 }
 
+TEST(Url, OfAFileKeepsItsEnd) {
+  EXPECT_EQ(parseAddress("https://h/a/?q")->below({}), "https://h/a/?q");
+  EXPECT_EQ(parseAddress("https://h//")->below({}), "https://h//");
+  EXPECT_EQ(parseAddress("https://h?q")->below({}), "https://h/?q");
+  EXPECT_EQ(parseUrl("https://h//")->below({"a"}), "https://h/a");
+}
+
 TEST(Url, RedirectsMayBeRelative) {
-  const Url from = parseUrl("https://h:8/a/b?q").value();
+  const Url from = parseAddress("https://h:8/a/b?q").value();
   for (const auto& [location, expected] : {std::pair("http://x/y", "http://x/y"),
                                            std::pair("//x/y", "https://x/y"),
                                            std::pair("/y?z", "https://h:8/y?z"),
@@ -146,6 +164,11 @@ TEST(Url, RedirectsMayBeRelative) {
                                            std::pair("?z", "https://h:8/a/b?z"),
                                            std::pair("file:/etc/x", "file:/etc/x"),
                                            std::pair("y/x:z", "https://h:8/a/y/x:z"),
+                                           std::pair("../y", "https://h:8/y"),
+                                           std::pair("./", "https://h:8/a/"),
+                                           std::pair("..", "https://h:8/"),
+                                           std::pair("../../..", "https://h:8/"),
+                                           std::pair("/..//y/.", "https://h:8//y/"),
                                            std::pair("", "")})
     EXPECT_EQ(resolveLocation(from, location), expected);
 }

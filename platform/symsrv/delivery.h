@@ -2,11 +2,13 @@
 //
 // Stores in the middle get what was found, compressed or not; the nearest gets it expanded. All are
 // filled before any is published, and nothing is published that is not the right file. A store
-// that cannot be written is left out.
+// that cannot be written, or not to the end, is left out: the next one takes its part, and in the
+// place of the last one the spare store.
 
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,8 +27,9 @@ struct DeliveryResult {
 
 class Delivery final {
  public:
-  /// `stores`: the nearest first.
+  /// `stores`: the nearest first. `spare` takes the file when none of them can.
   Delivery(const std::vector<DirectoryStore>& stores,
+           std::optional<DirectoryStore> spare,
            const SoughtFile& sought,
            const Settings& settings,
            Progress& progress);
@@ -35,39 +38,49 @@ class Delivery final {
   Delivery(const Delivery&) = delete;
   Delivery& operator=(const Delivery&) = delete;
 
-  /// Returns true when some store can take the file.
-  bool hasPlace() const { return !m_slots.empty(); }
+  /// Takes the next bytes of a download. Returns false when there is no room for them anywhere.
+  bool write(const void* bytes, std::size_t count);
+  /// Takes back what was written.
+  bool clear() { return !m_raw || m_raw->clear(); }
 
-  /// Returns a file to download into, in the furthest of them. Null when it cannot be made.
-  std::unique_ptr<NewFile> newRawFile();
-
-  /// Brings in what was downloaded.
-  DeliveryResult deliver(std::unique_ptr<NewFile> raw);
+  /// Brings in what was written.
+  DeliveryResult deliver();
   /// Brings in a copy.
   DeliveryResult deliver(IByteSource& source);
 
  private:
+  enum class Content { kNone, kAsFound, kExpanded };
   struct Slot {
     std::shared_ptr<Folder> folder;
     std::unique_ptr<NewFile> file;
-    bool isFilled;
+    Content content = Content::kNone;
+    bool usesRaw = false;  ///< What was downloaded into this store is its file.
   };
   enum class Outcome { kDone, kWrong, kCannotWrite };
 
-  void addSlot(const DirectoryStore& store, const Place& place);
+  void addSlot(const DirectoryStore& store);
+  bool hasSlot();
+  bool openRaw();
+  bool moveRaw(std::uint64_t size);
+  NewFile& fileOf(Slot& slot) { return slot.usesRaw ? *m_raw : *slot.file; }
+  void assignRaw(bool isCompressed);
   Outcome fill(IByteSource& source, bool isCompressed, std::size_t& failed);
   Outcome fillNearest(IByteSource& from, bool isCompressed);
   Outcome copy(IByteSource& from, NewFile& to);
   Outcome expand(IByteSource& from, NewFile& to);
   bool hasRightFile(const Folder& folder, const std::string& name) const;
-  DeliveryResult publish(bool isCompressed);
+  Outcome publishNearest();
+  std::string publishOthers(bool isCompressed);
   Outcome stop(Outcome outcome, std::string reason);
 
-  const std::vector<DirectoryStore> m_stores;
+  std::vector<DirectoryStore> m_stores;
+  std::optional<DirectoryStore> m_spare;
   const SoughtFile& m_sought;
   const Settings& m_settings;
   Progress& m_progress;
   std::vector<Slot> m_slots;  // the nearest first
+  std::unique_ptr<NewFile> m_raw;
+  const Folder* m_rawFolder = nullptr;
   std::string m_reason;
   bool m_isPublished = false;
 };

@@ -77,5 +77,39 @@ TEST_F(DirectoryDownloadOnPosix, StaleTemporariesAreSweptOnceADay) {
   EXPECT_TRUE(std::filesystem::exists(at(stale)));
 }
 
+class StaleTemporaries : public DownloadFixture, public ::testing::WithParamInterface<const char*> {
+ protected:
+  StaleTemporaries() { serve(); }
+};
+
+TEST_P(StaleTemporaries, AreSweptFromEveryStoreThatTakesCopies) {
+  const std::string name = "/tiny64.pdb/ID/tiny64.pdb.123.0123456789abcdef.tmp";
+  for (const char* store : {"a", "b"}) {
+    m_tree.addFile(store + name);
+    m_tree.setModificationTime(store + name, 1);
+  }
+  obtain({"srv*" + at("a") + "*" + at("b") + "*" + address(GetParam())});
+  EXPECT_FALSE(std::filesystem::exists(at("a" + name)));
+  EXPECT_FALSE(std::filesystem::exists(at("b" + name)));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Ways,
+    StaleTemporaries,
+    ::testing::Values("good", "good?secret=1", "missing", "cut-length", "wrong", "e500"));
+
+TEST_F(DirectoryDownloadOnPosix, StaleTemporariesOfCopiesBetweenDirectoriesAreSweptToo) {
+  const std::string stale = "a/x/z.pdb.123.0123456789abcdef.tmp";
+  m_tree.addFile(stale);
+  m_tree.setModificationTime(stale, 1);
+  m_tree.addFile("c/x/z.pdb.123.0123456789abcdef.tmp");
+  m_tree.setModificationTime("c/x/z.pdb.123.0123456789abcdef.tmp", 1);
+  file("c", "tiny64.pdb");
+  expectRight(obtain({"srv*" + at("a") + "*" + at("c")}), "a");
+  EXPECT_FALSE(std::filesystem::exists(at(stale)));
+  EXPECT_TRUE(std::filesystem::exists(at("c/x/z.pdb.123.0123456789abcdef.tmp"))) << "not ours";
+  EXPECT_FALSE(std::filesystem::exists(at("c/.misses")));
+}
+
 }  // namespace
 }  // namespace symsrv_1_0::internal

@@ -35,6 +35,17 @@ TEST_F(DirectoryDownload, ACompressedFileOfOneStoreGoesToTheDefaultStore) {
   EXPECT_THAT(filesIn("a"), ElementsAre(key("tiny64.pd_")));
 }
 
+TEST_F(DirectoryDownload, WhatWasExpandedServesTheNextTime) {
+  file("a", "tiny64.pd_", key("tiny64.pd_"));
+  expectRight(obtain({"srv*" + at("a")}), "default");
+  m_progress = ProgressRecorder();
+  std::filesystem::last_write_time(at("default/" + key()), std::filesystem::file_time_type());
+  expectRight(obtain({"srv*" + at("a")}), "default");
+  EXPECT_EQ(std::filesystem::last_write_time(at("default/" + key())),
+            std::filesystem::file_time_type())
+      << "expanded again";
+}
+
 TEST_F(DirectoryDownload, StoredCabinetsAreExpandedToo) {
   file("a", "stored.cab", key("tiny64.pd_"));
   expectRight(obtain({"srv*" + at("a")}), "default");

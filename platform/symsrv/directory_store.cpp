@@ -3,6 +3,11 @@
 #include "symsrv/directory_store.h"
 
 namespace symsrv_1_0::internal {
+namespace {
+
+const char* const kNotes = ".misses";
+
+}  // namespace
 
 std::string compressedName(const std::string& name) {
   std::size_t last = name.size() - 1;
@@ -23,6 +28,10 @@ std::string DirectoryStore::reasonAgainst() const {
   return {};
 }
 
+Folder::Access DirectoryStore::access() const {
+  return m_isDefault ? Folder::Access::kPrivate : Folder::Access::kUsual;
+}
+
 bool DirectoryStore::hasTwoTiers() const {
   const auto root = Folder::open(m_root, {}, Folder::Missing::kRefuse, m_links);
   return root && root->read("index2.txt", m_links);
@@ -33,11 +42,12 @@ std::shared_ptr<Folder> DirectoryStore::find(const Place& place) const {
 }
 
 std::shared_ptr<Folder> DirectoryStore::make(const Place& place) const {
-  return Folder::open(m_root,
-                      place.folderNames(hasTwoTiers()),
-                      Folder::Missing::kMake,
-                      Links::kRefuse,
-                      m_isDefault ? Folder::Access::kPrivate : Folder::Access::kUsual);
+  return Folder::open(
+      m_root, place.folderNames(hasTwoTiers()), Folder::Missing::kMake, Links::kRefuse, access());
+}
+
+std::shared_ptr<Folder> DirectoryStore::notes(Folder::Missing missing) const {
+  return Folder::open(m_root, {kNotes}, missing, Links::kRefuse, access());
 }
 
 void DirectoryStore::removeEmpty(const Place& place) const {

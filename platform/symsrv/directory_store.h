@@ -29,6 +29,8 @@ class DirectoryStore final {
   std::shared_ptr<Folder> find(const Place& place) const;
   /// Makes the folder of a place.
   std::shared_ptr<Folder> make(const Place& place) const;
+  /// Returns the folder of what this module keeps for itself, ".misses".
+  std::shared_ptr<Folder> notes(Folder::Missing missing) const;
   /// Removes the folder of a place when nothing is in it.
   void removeEmpty(const Place& place) const;
 
@@ -36,6 +38,7 @@ class DirectoryStore final {
 
  private:
   bool hasTwoTiers() const;
+  Folder::Access access() const;
 
   std::string m_root;
   Links m_links;

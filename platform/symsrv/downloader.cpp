@@ -6,16 +6,6 @@
 #include "symsrv/sweep.h"
 
 namespace symsrv_1_0::internal {
-namespace {
-
-std::string keyOf(const SoughtFile& sought) {
-  std::string key;
-  const Place& place = sought.places.front();
-  for (const std::string& name : place.components(false, place.file)) key += "/" + name;
-  return key;
-}
-
-}  // namespace
 
 Downloader::Downloader(Settings settings, std::unique_ptr<ITransport> transport, Report report)
     : m_settings(std::move(settings)),
@@ -34,10 +24,10 @@ void Downloader::rememberTiers(const std::string& address, bool hasTwoTiers) {
   m_tiers[address] = hasTwoTiers;
 }
 
-void Downloader::sweepOnce(const std::string& store) {
+void Downloader::sweepOnce(const DirectoryStore& store) {
   {
     const std::lock_guard guard(m_lock);
-    if (!m_swept.insert(store).second)
+    if (!m_swept.insert(store.root()).second)
       return;
   }
   sweepTemporaries(store, m_settings.staleTemporary);
@@ -47,15 +37,31 @@ void Downloader::sweepOnce(const std::string& store) {
 std::string Downloader::obtain(const std::vector<Chain>& chains,
                                const SoughtFile& sought,
                                Progress& progress) {
-  const KeyGate::Hold hold(m_gate, keyOf(sought));
+  const SearchRequest request{chains, sought, progress, m_report, false};
   for (const Chain& chain : chains) {
     if (progress.isCanceled())
       return {};
-    std::string path = ChainSearch(*this, chains, chain, sought, progress).run();
+    std::string path = ChainSearch(*this, request, chain).run();
     if (!path.empty())
       return path;
   }
   return {};
+}
+
+std::optional<std::string> Downloader::obtainNear(const std::vector<Chain>& chains,
+                                                  const SoughtFile& sought,
+                                                  Progress& progress,
+                                                  const Report& report) {
+  const SearchRequest request{chains, sought, progress, report, true};
+  for (const Chain& chain : chains) {
+    ChainSearch search(*this, request, chain);
+    std::string path = search.run();
+    if (search.isUndecided())
+      return std::nullopt;
+    if (!path.empty())
+      return path;
+  }
+  return std::string();
 }
 
 }  // namespace symsrv_1_0::internal

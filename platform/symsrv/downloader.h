@@ -10,17 +10,28 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "symsrv/chain.h"
 #include "symsrv/delivery.h"
+#include "symsrv/key_gate.h"
 #include "symsrv/memory.h"
 #include "symsrv/report.h"
 #include "symsrv/settings.h"
 #include "symsrv/transport.h"
 
 namespace symsrv_1_0::internal {
+
+/// What one search is about.
+struct SearchRequest {
+  const std::vector<Chain>& chains;  ///< A pointer may lead into any of their directories.
+  const SoughtFile& sought;
+  Progress& progress;
+  const Report& report;
+  bool isNearOnly;  ///< No server is asked, nothing is copied.
+};
 
 class Downloader final {
  public:
@@ -34,13 +45,19 @@ class Downloader final {
                      const SoughtFile& sought,
                      Progress& progress);
 
+  /// The same as far as it takes no server and no copy. Nothing when that does not decide it.
+  std::optional<std::string> obtainNear(const std::vector<Chain>& chains,
+                                        const SoughtFile& sought,
+                                        Progress& progress,
+                                        const Report& report);
+
  private:
   friend class ChainSearch;
 
   /// Returns whether a server's store has two tiers, once somebody asked it.
   std::optional<bool> tiersOf(const std::string& address) const;
   void rememberTiers(const std::string& address, bool hasTwoTiers);
-  void sweepOnce(const std::string& store);
+  void sweepOnce(const DirectoryStore& store);
 
   const Settings m_settings;
   const std::unique_ptr<ITransport> m_transport;

@@ -18,6 +18,7 @@ struct FetchResult {
   enum class Kind {
     kDone,      ///< The sink has it all.
     kMissing,   ///< The server has no such file.
+    kPage,      ///< A page of text in the place of a file.
     kRefused,   ///< What came is not what was asked for, or not all of it.
     kTrouble,   ///< The server does not work; asking it again is of no use.
     kCanceled,  ///< The caller wants no more.

@@ -66,6 +66,9 @@ void SymSrvHelper::refuse(IDownloadProgressCallback* callback, const std::string
 
 QV_2_9::ObjectPtr<ISymbolFileInfo> SymSrvHelper::download(const wchar_t* binaryFile,
                                                           IDownloadProgressCallback* callback) {
+  // As they are now: whoever hears of a store may register others.
+  const std::vector<Chain> servers = chains();
+  const std::vector<std::string> unusable = refusals();
   std::string name;
   const std::unique_ptr<FileSource> binary =
       toUtf8(binaryFile, name) ? FileSource::open(name) : nullptr;
@@ -78,9 +81,9 @@ QV_2_9::ObjectPtr<ISymbolFileInfo> SymSrvHelper::download(const wchar_t* binaryF
     refuse(callback, name + ": " + sought.reason);
     return nullptr;
   }
-  for (const std::string& refusal : refusals()) tellOfNoStore(callback, refusal);
+  for (const std::string& refusal : unusable) tellOfNoStore(callback, refusal);
   Progress progress(callback);
-  const std::string path = m_downloader.obtain(chains(), *sought.file, progress);
+  const std::string path = m_downloader.obtain(servers, *sought.file, progress);
   progress.finish();
   if (path.empty())
     return nullptr;

@@ -55,7 +55,7 @@ bool HopWatcher::header(const HopHeader& header) {
 
 bool HopWatcher::beginBody() {
   if (startsWithIgnoreCase(m_header.contentType, "text/html"))
-    return stop(Kind::kRefused, "a page of text in the place of a file");
+    return stop(Kind::kPage, "a page of text in the place of a file");
   if (m_header.contentLength.value_or(0) > m_limits.bytes)
     return stop(Kind::kRefused, "larger than the limit");
   m_hasBody = true;

@@ -129,6 +129,11 @@ class Answer:
             self.send(b"X-More: x\r\n")
             time.sleep(0.02)
 
+    def flood_headers(self):
+        self.send(b"HTTP/1.1 200 x\r\n")
+        while True:
+            self.send(b"X-More: %s\r\n" % (b"x" * 8000))
+
     def hang(self):
         time.sleep(30)
 
@@ -184,6 +189,18 @@ class Answer:
         self.body()
         self.whole(b"<!DOCTYPE html>log in, please", "Content-Type: application/octet-stream")
 
+    def html_everywhere(self):
+        """For what it has and for what it has not."""
+        self.whole(b"<html>log in, please</html>", "Content-Type: text/html")
+
+    def endless_tiers(self):
+        """Says without end that it has two tiers."""
+        if not self.path.endswith("/index2.txt"):
+            return self.good()
+        self.head(200, "Transfer-Encoding: chunked")
+        while True:
+            self.send(b"10000\r\n" + b"x" * 65536 + b"\r\n")
+
     def empty(self):
         self.body()
         self.whole(b"")
@@ -194,6 +211,17 @@ class Answer:
 
     def loop(self):
         self.redirect(self.path)
+
+    def to_slash(self):
+        self.redirect(f"/slash/{self.rest()}/")
+
+    def slash(self):
+        """Serves what is asked for with a slash at the end, as if it were a folder."""
+        self.name = self.path.split("/")[-2]
+        self.good() if self.path.endswith("/") else self.missing()
+
+    def to_relative(self):
+        self.redirect(f"../../../good/./{self.rest()}")
 
     def to_file(self):
         self.redirect("file:///etc/hostname")
@@ -270,7 +298,8 @@ class Handler(socketserver.BaseRequestHandler):
         if path.endswith("/index2.txt"):
             # Stores have one tier here; but trouble is trouble for any question.
             if way in ("hang", "refuse", "nonsense", "e500", "e401", "e503-later", "loop", "to-file",
-                       "to-ftp", "to-http", "drip-headers", "debug-server"):
+                       "to-ftp", "to-http", "drip-headers", "flood-headers", "debug-server",
+                       "html-everywhere", "endless-tiers"):
                 getattr(answer, way.replace("-", "_"))()
             else:
                 answer.whole(b"", status=404)

@@ -2,18 +2,16 @@
 
 #include "symsrv/memory.h"
 
-#include <cstdlib>
-
 #include "symsrv/files.h"
 #include "symsrv/text.h"
 
 namespace symsrv_1_0::internal {
 namespace {
 
-const char* const kFolder = ".misses";
 constexpr std::string_view kSuffix = ".miss";
 constexpr std::string_view kFirstLine = "not there at ";
 constexpr std::uint64_t kMaxSize = 8192;
+constexpr std::uint64_t kMaxTime = std::uint64_t{1} << 40;  // seconds; nobody's clock shows that
 
 std::int64_t now() {
   return std::chrono::duration_cast<std::chrono::seconds>(
@@ -25,12 +23,6 @@ std::string fileName(const std::string& address) {
   std::uint64_t hash = 0xCBF29CE484222325;
   for (const char c : address) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3;
   return lowerHex(hash, 16) + std::string(kSuffix);
-}
-
-std::shared_ptr<Folder> missFolder(const std::string& store, Folder::Missing missing) {
-  if (store.empty())
-    return nullptr;
-  return Folder::open(store, {kFolder}, missing, Links::kRefuse);
 }
 
 struct Miss {
@@ -47,8 +39,12 @@ std::optional<Miss> readMiss(const Folder& folder, const std::string& name) {
       file->read(0, text.data(), text.size()) ? text.find('\n') : std::string::npos;
   if (end == std::string::npos || text.compare(0, kFirstLine.size(), kFirstLine) != 0)
     return std::nullopt;
-  return Miss{std::strtoll(text.c_str() + kFirstLine.size(), nullptr, 10),
-              std::string(trimmed(std::string_view(text).substr(end)))};
+  const std::string_view whole = text;
+  const std::optional<std::uint64_t> time =
+      decimal(whole.substr(kFirstLine.size(), end - kFirstLine.size()));
+  if (!time || *time > kMaxTime)
+    return std::nullopt;
+  return Miss{static_cast<std::int64_t>(*time), std::string(trimmed(whole.substr(end)))};
 }
 
 /// A time that lies ahead is none: clocks are set back.
@@ -70,12 +66,12 @@ std::string ServerMemory::reasonAgainst(const std::string& origin) const {
   return found == m_reasons.end() ? std::string() : found->second;
 }
 
-void MissMemory::remember(const std::string& address, const std::string& store) {
+void MissMemory::remember(const std::string& address, const DirectoryStore* store) {
   {
     const std::lock_guard guard(m_lock);
     m_until[address] = Clock::now() + m_expiry;
   }
-  const std::shared_ptr<Folder> folder = missFolder(store, Folder::Missing::kMake);
+  const std::shared_ptr<Folder> folder = store ? store->notes(Folder::Missing::kMake) : nullptr;
   const std::string name = fileName(address);
   const std::unique_ptr<NewFile> file = folder ? folder->create(name) : nullptr;
   const std::string text = std::string(kFirstLine) + std::to_string(now()) + "\n" + address + "\n";
@@ -83,20 +79,20 @@ void MissMemory::remember(const std::string& address, const std::string& store) 
     static_cast<void>(file->publish(name));
 }
 
-bool MissMemory::isMissing(const std::string& address, const std::string& store) {
+bool MissMemory::isMissing(const std::string& address, const DirectoryStore* store) {
   {
     const std::lock_guard guard(m_lock);
     const auto found = m_until.find(address);
     if (found != m_until.end() && Clock::now() < found->second)
       return true;
   }
-  const std::shared_ptr<Folder> folder = missFolder(store, Folder::Missing::kRefuse);
+  const std::shared_ptr<Folder> folder = store ? store->notes(Folder::Missing::kRefuse) : nullptr;
   const std::optional<Miss> miss = folder ? readMiss(*folder, fileName(address)) : std::nullopt;
   return miss && miss->address == address && isFresh(*miss, m_expiry);
 }
 
-void MissMemory::sweep(const std::string& store) const {
-  const std::shared_ptr<Folder> folder = missFolder(store, Folder::Missing::kRefuse);
+void MissMemory::sweep(const DirectoryStore& store) const {
+  const std::shared_ptr<Folder> folder = store.notes(Folder::Missing::kRefuse);
   if (!folder)
     return;
   std::error_code error;
@@ -109,20 +105,6 @@ void MissMemory::sweep(const std::string& store) const {
     if (!miss || !isFresh(*miss, m_expiry))
       folder->remove(name);
   }
-}
-
-KeyGate::Hold::Hold(KeyGate& gate, std::string key) : m_gate(gate), m_key(std::move(key)) {
-  std::unique_lock lock(m_gate.m_lock);
-  m_gate.m_freed.wait(lock, [this] { return m_gate.m_held.count(m_key) == 0; });
-  m_gate.m_held.insert(m_key);
-}
-
-KeyGate::Hold::~Hold() {
-  {
-    const std::lock_guard guard(m_gate.m_lock);
-    m_gate.m_held.erase(m_key);
-  }
-  m_gate.m_freed.notify_all();
 }
 
 }  // namespace symsrv_1_0::internal

@@ -1,15 +1,14 @@
-// What is remembered between downloads: servers that failed, files that are not there, and which
-// keys are being worked on.
+// What is remembered between downloads: servers that failed, and files that are not there.
 
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <map>
 #include <mutex>
 #include <optional>
-#include <set>
 #include <string>
+
+#include "symsrv/directory_store.h"
 
 namespace symsrv_1_0::internal {
 
@@ -35,12 +34,12 @@ class MissMemory final {
  public:
   explicit MissMemory(std::chrono::seconds expiry) : m_expiry(expiry) {}
 
-  /// Takes an address without secrets; `store` is empty when nothing can be kept on disk.
-  void remember(const std::string& address, const std::string& store);
-  bool isMissing(const std::string& address, const std::string& store);
+  /// Takes an address without secrets; `store` is null when nothing can be kept on disk.
+  void remember(const std::string& address, const DirectoryStore* store);
+  bool isMissing(const std::string& address, const DirectoryStore* store);
 
   /// Removes what has expired on disk.
-  void sweep(const std::string& store) const;
+  void sweep(const DirectoryStore& store) const;
 
  private:
   using Clock = std::chrono::steady_clock;
@@ -48,29 +47,6 @@ class MissMemory final {
   std::chrono::seconds m_expiry;
   std::mutex m_lock;
   std::map<std::string, Clock::time_point> m_until;  // guarded by m_lock
-};
-
-/// Lets one thread at a time work on a key.
-class KeyGate final {
- public:
-  /// Holds a key from construction to destruction; waits for whoever holds it.
-  class Hold final {
-   public:
-    Hold(KeyGate& gate, std::string key);
-    ~Hold();
-
-    Hold(const Hold&) = delete;
-    Hold& operator=(const Hold&) = delete;
-
-   private:
-    KeyGate& m_gate;
-    std::string m_key;
-  };
-
- private:
-  std::mutex m_lock;
-  std::condition_variable m_freed;
-  std::set<std::string> m_held;  // guarded by m_lock
 };
 
 }  // namespace symsrv_1_0::internal

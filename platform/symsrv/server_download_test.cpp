@@ -50,6 +50,9 @@ INSTANTIATE_TEST_SUITE_P(Ways,
                                            "redirect-1",
                                            "redirect-5",
                                            "to-other-host",
+                                           "to-slash",
+                                           "to-relative",
+                                           "endless-tiers",
                                            "e503-once",
                                            "good?secret=1",
                                            "good/"));
@@ -101,6 +104,7 @@ const BadWayRow kBadWays[] = {
     {"wrong", "GUID differs", false},
     {"html", "page of text", false},
     {"html-as-file", "page of text", false},
+    {"html-everywhere", "page of text", false},
     {"empty", "empty", false},
     {"gzip", "gzip", false},
     {"bomb", "larger than the limit", false},
@@ -137,6 +141,14 @@ TEST_F(ServerDownload, StoresInTheMiddleKeepWhatIsCompressed) {
 
 TEST_F(ServerDownload, OneStoreThatIsAServerKeepsItsFilesInTheDefaultStore) {
   expectRight(obtain({"srv*" + address("good")}), "default");
+}
+
+TEST_F(ServerDownload, OneStoreThatIsAServerIsAskedOnceForAFile) {
+  for (int i = 0; i < 2; ++i) {
+    expectRight(obtain({"srv*" + address("good")}), "default");
+    EXPECT_THAT(requests(), SizeIs(2)) << "the tiers and the file";
+    forget();
+  }
 }
 
 TEST_F(ServerDownload, StoresInTheMiddleGetACopy) {

@@ -14,7 +14,6 @@ namespace fs = std::filesystem;
 constexpr int kMaxDepth = 4;  // two tiers: na/name/ID/name
 constexpr int kMaxEntries = 200000;
 constexpr std::chrono::hours kBetweenSweeps{24};
-const char* const kStampFolder = ".misses";
 const char* const kStamp = "swept";
 
 bool isOlder(const fs::path& path, std::chrono::seconds age) {
@@ -23,9 +22,11 @@ bool isOlder(const fs::path& path, std::chrono::seconds age) {
   return !error && fs::file_time_type::clock::now() - time > age;
 }
 
-/// Returns false when the store was swept lately, or cannot be.
-bool takeTurn(const std::string& store) {
-  const auto folder = Folder::open(store, {kStampFolder}, Folder::Missing::kMake, Links::kRefuse);
+/// Returns false when there is no such store yet, and when it was swept lately or cannot be.
+bool takeTurn(const DirectoryStore& store) {
+  if (!Folder::open(store.root(), {}, Folder::Missing::kRefuse, Links::kRefuse))
+    return false;
+  const std::shared_ptr<Folder> folder = store.notes(Folder::Missing::kMake);
   if (!folder)
     return false;
   std::error_code error;
@@ -38,12 +39,12 @@ bool takeTurn(const std::string& store) {
 
 }  // namespace
 
-void sweepTemporaries(const std::string& store, std::chrono::seconds age) {
+void sweepTemporaries(const DirectoryStore& store, std::chrono::seconds age) {
   if (!takeTurn(store))
     return;
   std::error_code error;
   fs::recursive_directory_iterator entry(
-      standardPath(store), fs::directory_options::skip_permission_denied, error);
+      standardPath(store.root()), fs::directory_options::skip_permission_denied, error);
   int entries = 0;
   for (const fs::recursive_directory_iterator end; !error && entry != end; entry.increment(error)) {
     if (++entries > kMaxEntries)
