@@ -54,11 +54,13 @@ class SymSrvHelper final : public Counted<ISymSrvHelper> {
   void clearServers() override;
   QV_2_9::ObjectPtr<ISymbolFileInfo> download(const wchar_t* binaryFile,
                                               IDownloadProgressCallback* callback) override;
+  bool findNear(const wchar_t* binaryFile,
+                const wchar_t* const* elements,
+                std::int32_t count,
+                IStoreWatcher* watcher,
+                QV_2_9::ObjectPtr<ISymbolFileInfo>* file) override;
 
  private:
-  void say(const std::string& line) const;
-  /// Says it, and tells the watcher of `callback` that no store is asked.
-  void refuse(IDownloadProgressCallback* callback, const std::string& line) const;
   std::vector<Chain> chains() const;
   std::vector<std::string> refusals() const;
 

@@ -90,13 +90,24 @@ class ISymSrvHelper : public QV_2_9::IQVObject {
   virtual QV_2_9::ObjectPtr<ISymbolFileInfo> download(
       const wchar_t* binaryFile,
       IDownloadProgressCallback* progress) = 0;  // 6
+  /// Answers for the servers that `elements` name, and not for the registered ones, as far as that
+  /// takes no server and no copy: from the nearest stores, or because nobody is left to ask.
+  /// Returns true when that decides it, with the file or null in `*file`; else nobody is told
+  /// anything.
+  virtual bool findNear(const wchar_t* /*binaryFile*/,
+                        const wchar_t* const* /*elements*/,
+                        std::int32_t /*count*/,
+                        IStoreWatcher* /*watcher*/,
+                        QV_2_9::ObjectPtr<ISymbolFileInfo>* /*file*/) {
+    return false;
+  }  // 7
 
   /// Returns a new helper. Null when the module is not in the library's directory.
   static QV_2_9::ObjectPtr<ISymSrvHelper> create();
 };
 
 /// Changes when anything above does; the module answers only to the number it was built with.
-inline constexpr std::int32_t kInterfaceVersion = 2;
+inline constexpr std::int32_t kInterfaceVersion = 3;
 
 /// The one function of the module, by name and by type. Returns null or a new object.
 inline constexpr const char* kCreateFunction = "quiver_symsrv_create";

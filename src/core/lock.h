@@ -21,6 +21,9 @@ class QV_CAPABILITY("lock") QVLock final : public ILock {
   void lock() QV_ACQUIRE() override;
   void unlock() QV_RELEASE() override;
 
+  /// Takes the lock when nobody else has it. Returns false instead of waiting.
+  bool tryLock() QV_THREAD_ANNOTATION(try_acquire_capability(true));
+
  private:
   // The system's lock object, kept opaque so that no system header is needed here.
   alignas(void*) unsigned char m_storage[6 * sizeof(void*)];

@@ -32,6 +32,10 @@ void QVLock::lock() QV_NO_THREAD_SAFETY_ANALYSIS {
   mutexIn(m_storage).lock();
 }
 
+bool QVLock::tryLock() QV_NO_THREAD_SAFETY_ANALYSIS {
+  return mutexIn(m_storage).try_lock();
+}
+
 void QVLock::unlock() QV_NO_THREAD_SAFETY_ANALYSIS {
   mutexIn(m_storage).unlock();
 }

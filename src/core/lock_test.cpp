@@ -93,6 +93,26 @@ TEST(QVLock, ExcludesOtherThreads) {
   EXPECT_EQ(value, 4000);
 }
 
+TEST(QVLock, IsTriedWithoutWaiting) {
+  QVLock lock;
+  ASSERT_TRUE(lock.tryLock());
+  EXPECT_TRUE(lock.tryLock()) << "its owner may lock again";
+  const auto tryElsewhere = [&lock] {
+    bool isTaken = false;
+    std::thread([&] {
+      isTaken = lock.tryLock();
+      if (isTaken)
+        lock.unlock();
+    }).join();
+    return isTaken;
+  };
+  EXPECT_FALSE(tryElsewhere());
+  lock.unlock();
+  EXPECT_FALSE(tryElsewhere());
+  lock.unlock();
+  EXPECT_TRUE(tryElsewhere());
+}
+
 TEST(QVSpinSharedLock, SharedModeIsReEntrant) {
   QVSpinSharedLock lock;
   lock.lockShared();

@@ -29,6 +29,10 @@ void QVLock::lock() QV_NO_THREAD_SAFETY_ANALYSIS {
   EnterCriticalSection(sectionIn(m_storage));
 }
 
+bool QVLock::tryLock() QV_NO_THREAD_SAFETY_ANALYSIS {
+  return TryEnterCriticalSection(sectionIn(m_storage)) != FALSE;
+}
+
 void QVLock::unlock() QV_NO_THREAD_SAFETY_ANALYSIS {
   LeaveCriticalSection(sectionIn(m_storage));
 }

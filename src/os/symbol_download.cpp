@@ -41,6 +41,29 @@ ObjectPtr<ISymSrvHelper> makeHelper() {
   return g_factoryForTest ? g_factoryForTest() : ISymSrvHelper::create();
 }
 
+/// A lookup's turn with the download lock.
+class DownloadTurn final {
+ public:
+  /// Takes the lock if it is free.
+  DownloadTurn() QV_NO_THREAD_SAFETY_ANALYSIS : m_isTaken(g_downloadLock.tryLock()) {}
+  ~DownloadTurn() QV_NO_THREAD_SAFETY_ANALYSIS {
+    if (m_isTaken)
+      g_downloadLock.unlock();
+  }
+
+  DownloadTurn(const DownloadTurn&) = delete;
+  DownloadTurn& operator=(const DownloadTurn&) = delete;
+
+  bool isTaken() const { return m_isTaken; }
+  void wait() QV_NO_THREAD_SAFETY_ANALYSIS {
+    g_downloadLock.lock();
+    m_isTaken = true;
+  }
+
+ private:
+  bool m_isTaken;
+};
+
 /// Tells a watcher, when there are servers and somebody listens, why none of them is asked.
 void tellNoneAsked(symsrv_1_0::IStoreWatcher* watcher,
                    const std::vector<std::wstring>& elements,
@@ -64,14 +87,38 @@ bool SymbolDownload::registerServers(const std::vector<std::wstring>& elements) 
   for (const std::wstring& element : elements) {
     if (!isSymbolServerElement(element.c_str()))
       continue;
-    if (!m_helper)
+    if (!m_helper) {
       m_helper = makeHelper();
+      m_knownHelper = m_helper.get();
+    }
     if (!m_helper)
       return false;
     m_helper->addServer(element.c_str());
     hasServer = true;
   }
   return hasServer;
+}
+
+/// Returns true when no download is needed. Without servers there is nothing to wait for either:
+/// the list of the running download is forgotten when the next one begins.
+bool SymbolDownload::isAnsweredNear(const wchar_t* binaryFile,
+                                    const std::vector<std::wstring>& elements,
+                                    symsrv_1_0::IStoreWatcher* watcher,
+                                    std::wstring& path) const {
+  std::vector<const wchar_t*> servers;
+  for (const std::wstring& element : elements)
+    if (isSymbolServerElement(element.c_str()))
+      servers.push_back(element.c_str());
+  if (servers.empty())
+    return true;
+  ISymSrvHelper* const helper = m_knownHelper;
+  ObjectPtr<ISymbolFileInfo> file;
+  const auto count = static_cast<std::int32_t>(servers.size());
+  if (!helper || !helper->findNear(binaryFile, servers.data(), count, watcher, &file))
+    return false;
+  const wchar_t* found = file ? file->getPath() : nullptr;
+  path = found ? found : L"";
+  return true;
 }
 
 std::wstring SymbolDownload::fetch(const wchar_t* binaryFile,
@@ -82,7 +129,13 @@ std::wstring SymbolDownload::fetch(const wchar_t* binaryFile,
     tellNoneAsked(watcher, elements, L"the binary is not known");
     return {};
   }
-  const LockGuard guard(&g_downloadLock);
+  DownloadTurn turn;
+  if (!turn.isTaken()) {
+    std::wstring path;
+    if (isAnsweredNear(binaryFile, elements, watcher, path))
+      return path;
+    turn.wait();
+  }
   if (!registerServers(elements)) {
     tellNoneAsked(watcher, elements, L"there is no module for symbol servers");
     return {};

@@ -2,9 +2,11 @@
 //
 // One download at a time in the whole process: the helper has one list of servers. The helper is
 // made when the first server is named, kept, and released with its owner, the routines object.
+// Who finds a download under way waits for it only when servers have to be asked or files copied.
 
 #pragma once
 
+#include <atomic>
 #include <string>
 #include <vector>
 
@@ -56,8 +58,13 @@ class SymbolDownload final {
 
  private:
   bool registerServers(const std::vector<std::wstring>& elements);
+  bool isAnsweredNear(const wchar_t* binaryFile,
+                      const std::vector<std::wstring>& elements,
+                      symsrv_1_0::IStoreWatcher* watcher,
+                      std::wstring& path) const;
 
-  QV_2_9::ObjectPtr<symsrv_1_0::ISymSrvHelper> m_helper;  // guarded by the download lock
+  QV_2_9::ObjectPtr<symsrv_1_0::ISymSrvHelper> m_helper;           // guarded by the download lock
+  std::atomic<symsrv_1_0::ISymSrvHelper*> m_knownHelper{nullptr};  // the same, for anybody
 };
 
 using SymSrvHelperFactory = ObjectPtr<symsrv_1_0::ISymSrvHelper> (*)();
