@@ -106,7 +106,8 @@ NewFile::~NewFile() {
 }
 
 bool NewFile::read(std::uint64_t offset, void* to, std::size_t count) {
-  return offset <= m_size && count <= m_size - offset && readAt(m_handle, offset, to, count);
+  return m_handle != 0 && offset <= m_size && count <= m_size - offset &&
+         readAt(m_handle, offset, to, count);
 }
 
 bool NewFile::write(const void* bytes, std::size_t count) {
@@ -134,11 +135,10 @@ bool NewFile::clear() {
 }
 
 bool NewFile::publish(const std::string& name) {
-  const bool isFlushed = FlushFileBuffers(handleOf(m_handle)) != 0;
+  if (!FlushFileBuffers(handleOf(m_handle)))
+    return false;
   CloseHandle(handleOf(m_handle));
   m_handle = 0;
-  if (!isFlushed)
-    return false;
   const std::wstring from = systemPath(m_folder->pathOf(m_name));
   const std::wstring to = systemPath(m_folder->pathOf(name));
   bool isMoved = MoveFileExW(from.c_str(), to.c_str(), 0) != 0;
@@ -147,9 +147,15 @@ bool NewFile::publish(const std::string& name) {
       Sleep(kBetweenTries);
     isMoved = MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING) != 0;
   }
-  if (isMoved)
+  if (isMoved) {
     m_name.clear();
-  return isMoved;
+    return true;
+  }
+  // What was written may serve elsewhere.
+  const HANDLE again =
+      CreateFileW(from.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr);
+  m_handle = again == INVALID_HANDLE_VALUE ? 0 : reinterpret_cast<std::intptr_t>(again);
+  return false;
 }
 
 std::shared_ptr<Folder> Folder::open(const std::string& root,

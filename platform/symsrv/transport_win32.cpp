@@ -230,9 +230,7 @@ bool Hop::await(bool isBegun) {
 bool Hop::passHeader() {
   HopHeader header;
   header.status = std::atoi(headerUtf8(m_request, WINHTTP_QUERY_STATUS_CODE).c_str());
-  const std::string length = headerUtf8(m_request, WINHTTP_QUERY_CONTENT_LENGTH);
-  if (!length.empty())
-    header.contentLength = std::strtoull(length.c_str(), nullptr, 10);
+  header.contentLength = decimal(headerUtf8(m_request, WINHTTP_QUERY_CONTENT_LENGTH));
   header.contentType = headerUtf8(m_request, WINHTTP_QUERY_CONTENT_TYPE);
   header.location = headerUtf8(m_request, WINHTTP_QUERY_LOCATION);
   header.retryAfter = headerUtf8(m_request, WINHTTP_QUERY_RETRY_AFTER);
