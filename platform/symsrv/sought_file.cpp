@@ -14,6 +14,14 @@ SoughtResult nothing(std::string reason) {
   return {std::nullopt, std::move(reason)};
 }
 
+/// Names by which servers and other clients tell what kind of store they see.
+bool isNameOfAStoresOwn(const std::string& name) {
+  for (const char* own : {"index2.txt", "pingme.txt", "wantsptr.txt", "000admin", ".misses"})
+    if (equalIgnoreCase(name, own))
+      return true;
+  return false;
+}
+
 Place keyed(std::string name, std::string id) {
   Place place;
   place.isKeyed = true;
@@ -35,7 +43,7 @@ SoughtResult soughtByCodeView(const CodeView& record, std::string_view binaryNam
   SoughtFile sought;
   sought.codeView = record;
   sought.name = symbolFileName(record, binaryName);
-  if (!isSafeComponent(sought.name))
+  if (!isSafeComponent(sought.name) || isNameOfAStoresOwn(sought.name))
     return nothing("unsafe symbol file name \"" + printable(record.name) + "\"");
   sought.places.push_back(keyed(sought.name, codeViewId(record)));
   if (record.age == 0 && record.hasGuid && !record.isPortable)

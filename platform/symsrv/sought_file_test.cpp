@@ -113,6 +113,11 @@ TEST(SoughtFile, SaysWhyThereIsNone) {
   EXPECT_THAT(sought(makeElf({.buildId = ""})).reason, HasSubstr("neither a build id"));
 }
 
+TEST(SoughtFile, NeverHasTheNameOfAStoresOwnFile) {
+  for (const char* name : {"index2.txt", "INDEX2.TXT", "pingme.txt", "wantsptr.txt", "000admin"})
+    EXPECT_THAT(sought(makePe(true, {rsdsRecord(name)})).reason, HasSubstr("unsafe")) << name;
+}
+
 class HostileName : public ::testing::TestWithParam<std::string> {};
 
 TEST_P(HostileName, LeadsNowhere) {
