@@ -126,6 +126,9 @@ std::string ChainSearch::tryServerAlone(std::size_t index,
     if (!path.empty() || !mayAsk(url, place, key, notes))
       return path;
   }
+  // What tells the right file is in the binary, for everybody to read.
+  if (!url.isSecure && !isOnThisMachine(url) && m_shared.isFirstQuestion(url.origin()))
+    say(url.origin(), "is not asked over https: anybody on the way can exchange files");
   Answers answers;
   const std::optional<bool> hasTwoTiers = place.isKeyed ? askTiers(url) : false;
   if (!hasTwoTiers)

@@ -173,6 +173,18 @@ TEST(Url, RedirectsMayBeRelative) {
     EXPECT_EQ(resolveLocation(from, location), expected);
 }
 
+TEST(Url, OfThisMachineIsLocalhostOrALoopbackAddress) {
+  for (const char* here :
+       {"http://localhost", "http://LOCALHOST:8/p", "http://127.1.2.3:8", "http://[::1]:8/p"})
+    EXPECT_TRUE(isOnThisMachine(parseUrl(here).value())) << here;
+  for (const char* there : {"http://h",
+                            "http://localhost.h",
+                            "http://127.example.com",
+                            "http://[::2]",
+                            "http://1.127.0.1"})
+    EXPECT_FALSE(isOnThisMachine(parseUrl(there).value())) << there;
+}
+
 TEST(Url, OriginIsSchemeHostAndPort) {
   EXPECT_EQ(parseUrl("HTTP://Host:81/p")->origin(), "http://host:81");
   EXPECT_NE(parseUrl("http://h/p")->origin(), parseUrl("https://h/p")->origin());

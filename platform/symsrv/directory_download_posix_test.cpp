@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <gmock/gmock.h>
 
@@ -37,6 +38,24 @@ TEST_F(DirectoryDownloadOnPosix, ADefaultStoreThatOthersMayWriteIsNotUsed) {
   expectRight(obtain({"srv**" + at("c")}), "c");
   EXPECT_THAT(reports(), HasSubstr("others may write there"));
   EXPECT_THAT(filesIn("default"), IsEmpty());
+}
+
+TEST_F(DirectoryDownloadOnPosix, ADefaultStoreOfSomebodyElseIsNotUsed) {
+  m_tree.addDirectory("default");
+  constexpr uid_t kNobody = 65534;
+  if (chown(at("default").c_str(), kNobody, kNobody) != 0)
+    GTEST_SKIP() << "NOT TESTED: only root may give files away";
+  file("c", "tiny64.pdb");
+  expectRight(obtain({"srv**" + at("c")}), "c");
+  EXPECT_THAT(filesIn("default"), IsEmpty());
+}
+
+TEST_F(DirectoryDownloadOnPosix, ADefaultStoreThatIsALinkIsNotUsed) {
+  m_tree.addDirectory("elsewhere");
+  m_tree.addLink("default", "elsewhere");
+  file("c", "tiny64.pdb");
+  expectRight(obtain({"srv**" + at("c")}), "c");
+  EXPECT_THAT(filesIn("elsewhere"), IsEmpty());
 }
 
 TEST_F(DirectoryDownloadOnPosix, LinksInCachesAreNotFollowed) {

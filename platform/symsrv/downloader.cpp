@@ -34,6 +34,11 @@ void Downloader::sweepOnce(const DirectoryStore& store) {
   m_misses.sweep(store);
 }
 
+bool Downloader::isFirstQuestion(const std::string& origin) {
+  const std::lock_guard guard(m_lock);
+  return m_asked.insert(origin).second;
+}
+
 std::string Downloader::obtain(const std::vector<Chain>& chains,
                                const SoughtFile& sought,
                                Progress& progress) {

@@ -58,6 +58,8 @@ class Downloader final {
   std::optional<bool> tiersOf(const std::string& address) const;
   void rememberTiers(const std::string& address, bool hasTwoTiers);
   void sweepOnce(const DirectoryStore& store);
+  /// Returns true once for each server.
+  bool isFirstQuestion(const std::string& origin);
 
   const Settings m_settings;
   const std::unique_ptr<ITransport> m_transport;
@@ -68,6 +70,7 @@ class Downloader final {
   mutable std::mutex m_lock;
   std::map<std::string, bool> m_tiers;  // guarded by m_lock
   std::set<std::string> m_swept;        // guarded by m_lock
+  std::set<std::string> m_asked;        // guarded by m_lock
 };
 
 }  // namespace symsrv_1_0::internal

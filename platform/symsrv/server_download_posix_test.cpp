@@ -1,6 +1,10 @@
 // Servers with certificates, and what the system's transport must notice by itself.
 
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <gmock/gmock.h>
 
@@ -67,6 +71,75 @@ TEST_F(ServerDownloadOnPosix, TheDefaultStoreIsForTheUserAloneFromTheFirstMissOn
   EXPECT_EQ(obtain({"srv*" + address("good")}), at("default/" + key())) << reports();
   umask(old);
 }
+
+/// A port where connections are never made, or are made and never served.
+class SilentPort final {
+ public:
+  explicit SilentPort(bool isFull) {
+    m_listener = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in address{};
+    socklen_t size = sizeof address;
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    auto* const plain = reinterpret_cast<sockaddr*>(&address);
+    EXPECT_EQ(bind(m_listener, plain, size), 0);
+    EXPECT_EQ(listen(m_listener, isFull ? 0 : 16), 0);
+    EXPECT_EQ(getsockname(m_listener, plain, &size), 0);
+    m_port = ntohs(address.sin_port);
+    // The system drops what comes when nobody takes the first ones.
+    for (int i = 0; isFull && i < 4; ++i) {
+      m_waiting.push_back(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+      static_cast<void>(connect(m_waiting.back(), plain, size));
+    }
+  }
+  ~SilentPort() {
+    for (const int fd : m_waiting) close(fd);
+    close(m_listener);
+  }
+
+  SilentPort(const SilentPort&) = delete;
+  SilentPort& operator=(const SilentPort&) = delete;
+
+  std::string address(const std::string& scheme) const {
+    return scheme + "://127.0.0.1:" + std::to_string(m_port) + "/x";
+  }
+
+ private:
+  int m_listener = -1;
+  int m_port = 0;
+  std::vector<int> m_waiting;
+};
+
+class SilentServerOnPosix : public DownloadFixture, public ::testing::WithParamInterface<bool> {};
+
+TEST_P(SilentServerOnPosix, IsGivenUpAfterTheLimitOnConnections) {
+  const SilentPort port(GetParam());
+  m_settings.limits.connect = std::chrono::milliseconds(200);
+  // Where a connection is made the handshake of https hangs.
+  const std::string element =
+      "srv*" + at("cache") + "*" + port.address(GetParam() ? "http" : "https");
+  EXPECT_EQ(obtain({element}), "");
+  EXPECT_THAT(reports(), ::testing::ContainsRegex("[Tt]imed out|[Tt]imeout"));
+  EXPECT_THAT(reports(), Not(HasSubstr("within"))) << "the limit on the answer came first";
+  m_reports.clear();
+  EXPECT_EQ(obtain({element}), "");
+  EXPECT_THAT(reports(), HasSubstr("left alone"));
+  EXPECT_THAT(filesIn("cache"), IsEmpty());
+}
+
+TEST_P(SilentServerOnPosix, IsCanceledWhileItIsConnected) {
+  const SilentPort port(GetParam());
+  m_progress.m_cancelAfter = 0;
+  const auto begin = std::chrono::steady_clock::now();
+  EXPECT_EQ(obtain({"srv*" + at("cache") + "*" + port.address(GetParam() ? "http" : "https")}), "");
+  EXPECT_LT(std::chrono::steady_clock::now() - begin, m_settings.limits.connect / 2);
+  EXPECT_EQ(m_progress.m_finished, 1);
+  EXPECT_THAT(reports(), HasSubstr("canceled"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Ports, SilentServerOnPosix, ::testing::Bool(), [](const auto& row) {
+  return row.param ? "NoConnection" : "NoHandshake";
+});
 
 }  // namespace
 }  // namespace symsrv_1_0::internal

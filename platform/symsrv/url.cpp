@@ -72,6 +72,14 @@ std::string Url::shownBelow(const std::vector<std::string>& components) const {
   return (isSecure ? "https://" : "http://") + authority + path + joined(components);
 }
 
+bool isOnThisMachine(const Url& url) {
+  const std::string host = toLower(url.authority);
+  const std::size_t end = host[0] == '[' ? host.find(']') + 1 : host.find(':');
+  const std::string name = host.substr(0, end);
+  const bool isNumbered = name.find_first_not_of("0123456789.") == std::string::npos;
+  return name == "localhost" || name == "[::1]" || (isNumbered && name.starts_with("127."));
+}
+
 bool hasScheme(std::string_view text) {
   const std::size_t end = text.find("://");
   return end != std::string_view::npos && end > 0 &&

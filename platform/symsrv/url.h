@@ -27,6 +27,9 @@ struct Url {
   std::string shownBelow(const std::vector<std::string>& components) const;
 };
 
+/// Returns true when nobody is on the way to the server but this machine.
+bool isOnThisMachine(const Url& url);
+
 /// Returns true when the text begins with a scheme, such as "file://".
 bool hasScheme(std::string_view text);
 
