@@ -179,14 +179,14 @@ std::string ChainSearch::tryFile(std::size_t index, IByteSource& file, const std
     if (index == 0 || m_sought.isByChecksum())
       return path;
   }
-  const std::vector<DirectoryStore> stores = storesBefore(index);
-  if (index == 0)  // its copies lie where the chain does not look
-    if (std::string brought = wasBrought(stores); !brought.empty())
+  if (isCompressed)
+    if (std::string brought = trySpare(index); !brought.empty() || m_isUndecided)
       return brought;
   if (m_request.isNearOnly) {
     m_isUndecided = true;
     return {};
   }
+  const std::vector<DirectoryStore> stores = storesBefore(index);
   sweep(stores);
   Delivery delivery(
       stores, isCompressed ? spareStore() : std::nullopt, m_sought, m_settings, m_progress);
@@ -201,6 +201,23 @@ std::string ChainSearch::tryFile(std::size_t index, IByteSource& file, const std
   if (result.path.empty() && !isCompressed && !m_progress.isCanceled())
     return path;
   return result.path;
+}
+
+/// Looks where another search has brought the file when no store before `index` could take it.
+std::string ChainSearch::trySpare(std::size_t index) {
+  const Place* place = m_sought.cachePlace();
+  const std::optional<DirectoryStore> spare = spareStore();
+  if (!place || !spare || !spare->reasonAgainst().empty())
+    return {};
+  for (std::size_t i = 0; i < index; ++i)
+    if (m_chain.stores[i].directory == spare->root())
+      return {};  // looked at already
+  const std::shared_ptr<Folder> folder = spare->find(*place);
+  const std::unique_ptr<FileSource> file =
+      folder ? folder->read(place->file, spare->links()) : nullptr;
+  if (!file || !mismatch(*file, m_sought).empty())
+    return {};
+  return tryFile(index, *file, folder->pathOf(place->file));
 }
 
 /// Returns the path of the file when an earlier search has brought it.

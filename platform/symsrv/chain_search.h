@@ -28,6 +28,7 @@ class ChainSearch final {
 
   std::string tryDirectory(std::size_t index, const Place& place);
   std::string tryFile(std::size_t index, IByteSource& file, const std::string& path);
+  std::string trySpare(std::size_t index);
   std::string wasBrought(const std::vector<DirectoryStore>& stores);
   std::string tryPointer(std::size_t index, const DirectoryStore& store, const Folder& folder);
   std::unique_ptr<FileSource> openPointed(const std::string& text,

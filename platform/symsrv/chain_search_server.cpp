@@ -104,8 +104,9 @@ std::string ChainSearch::tryServer(std::size_t index, const Place& place) {
   const DirectoryStore* notes = store ? &*store : nullptr;
   if (!m_request.isNearOnly)
     sweep(storesBefore(index));
-  if (!mayAsk(url, place, key, notes))
-    return {};
+  std::string path = trySpare(index);
+  if (!path.empty() || m_isUndecided || !mayAsk(url, place, key, notes))
+    return path;
   m_isUndecided = m_request.isNearOnly;
   return m_isUndecided ? std::string() : tryServerAlone(index, place, key, notes);
 }
@@ -123,6 +124,8 @@ std::string ChainSearch::tryServerAlone(std::size_t index,
   }
   if (hold.hasWaited()) {
     std::string path = wasBrought(storesBefore(index));
+    if (path.empty())
+      path = trySpare(index);
     if (!path.empty() || !mayAsk(url, place, key, notes))
       return path;
   }

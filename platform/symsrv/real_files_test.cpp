@@ -87,13 +87,20 @@ TEST(RealFiles, WithHostileNamesAskForOrdinaryOnes) {
 }
 
 TEST(RealFiles, CutOffAnywhereAreRefused) {
-  const std::unique_ptr<FileSource> whole = open("tiny64.pdb");
-  std::string bytes(static_cast<std::size_t>(whole->size()), '\0');
-  ASSERT_TRUE(whole->read(0, bytes.data(), bytes.size()));
-  const SoughtResult sought = soughtFileOf(*open("tiny64.exe"), "tiny64.exe");
-  for (std::size_t size = 0; size < bytes.size(); size += 997) {
-    MemorySource cut(std::string_view(bytes).substr(0, size));
-    EXPECT_NE(mismatch(cut, *sought.file), "") << size;
+  for (const auto& [binary, symbols] :
+       {std::pair("tiny64.exe", "tiny64.pdb"), {"hello", "hello.debug"}}) {
+    const std::unique_ptr<FileSource> whole = open(symbols);
+    std::string bytes(static_cast<std::size_t>(whole->size()), '\0');
+    ASSERT_TRUE(whole->read(0, bytes.data(), bytes.size()));
+    const SoughtResult sought = soughtFileOf(*open(binary), binary);
+    for (std::size_t size = 0; size < bytes.size(); size += 97) {
+      MemorySource cut(std::string_view(bytes).substr(0, size));
+      ASSERT_NE(mismatch(cut, *sought.file), "") << size;
+    }
+    MemorySource last(std::string_view(bytes).substr(0, bytes.size() - 1));
+    EXPECT_NE(mismatch(last, *sought.file), "");
+    MemorySource all(bytes);
+    EXPECT_EQ(mismatch(all, *sought.file), "");
   }
 }
 

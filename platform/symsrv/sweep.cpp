@@ -14,6 +14,7 @@ namespace fs = std::filesystem;
 constexpr int kMaxDepth = 4;  // two tiers: na/name/ID/name
 constexpr int kMaxEntries = 200000;
 constexpr std::chrono::hours kBetweenSweeps{24};
+constexpr std::chrono::seconds kPatience{2};  // somebody waits for a file; stores may be far away
 const char* const kStamp = "swept";
 
 bool isOlder(const fs::path& path, std::chrono::seconds age) {
@@ -45,9 +46,10 @@ void sweepTemporaries(const DirectoryStore& store, std::chrono::seconds age) {
   std::error_code error;
   fs::recursive_directory_iterator entry(
       standardPath(store.root()), fs::directory_options::skip_permission_denied, error);
+  const auto end = std::chrono::steady_clock::now() + kPatience;
   int entries = 0;
-  for (const fs::recursive_directory_iterator end; !error && entry != end; entry.increment(error)) {
-    if (++entries > kMaxEntries)
+  for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
+    if (++entries > kMaxEntries || std::chrono::steady_clock::now() > end)
       return;
     std::error_code ignored;
     if (entry.depth() >= kMaxDepth)

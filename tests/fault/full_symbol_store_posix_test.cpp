@@ -34,6 +34,9 @@ class FullStoreOnPosix : public DownloadFixture {
         return kNotAllowed;
       const std::string got = obtain({element}, binary);
       EXPECT_EQ(got, path) << reports();
+      const std::size_t asked = requests().size();
+      EXPECT_EQ(obtain({element}, binary), path) << "the second time";
+      EXPECT_EQ(requests().size(), asked);
       EXPECT_TRUE(got.empty() || contentOf(got) == contentOf(realFile("tiny64.pdb")));
       EXPECT_THAT(filesIn("full"), testing::Each(testing::Not(testing::EndsWith(".tmp"))));
       return HasFailure() ? 1 : 0;
