@@ -3,6 +3,7 @@
 
 #include <filesystem>
 #include <fstream>
+#include <functional>
 
 #include <gmock/gmock.h>
 
@@ -54,6 +55,34 @@ TEST_F(SymbolServers, OfLowPriorityAreAskedLast) {
 TEST_F(SymbolServers, InTheSymbolPathAreAskedWithTheSystemsDirectories) {
   quiver_test::ScopedVariable path("_NT_SYMBOL_PATH", element());
   EXPECT_THAT(find(), IsValidFile(m_tree.path("cache/" + m_place), 1, 4));
+}
+
+/// Looks for something whenever a download begins.
+class CuriousProgress final : public ISymbolDownloadProgress {
+ public:
+  explicit CuriousProgress(std::function<void()> look) : m_look(std::move(look)) {}
+
+  void start(std::int32_t) override { m_look(); }
+  void progress(std::int32_t) override {}
+  void finish() override { ++m_finished; }
+  bool isCanceled() override { return false; }
+
+  int m_finished = 0;
+
+ private:
+  std::function<void()> m_look;
+};
+
+TEST_F(SymbolServers, AreAskedOnceMoreByAProgressObjectWithoutWaitingForItself) {
+  m_dirs->addSearchDir(scSymbolFiles, element().c_str(), false, true);
+  ObjectPtr<IValidFile> nested;
+  CuriousProgress progress([&] { nested = find(); });
+  const std::wstring binary = quiver_test::toWide(realFile("hello"));
+  const ObjectPtr<IValidFile> file =
+      m_search->findSymFile(L"other.pdb", binary.c_str(), nullptr, nullptr, nullptr, &progress);
+  EXPECT_THAT(file, IsValidFile(m_tree.path("cache/" + m_place), 1, 2));
+  EXPECT_THAT(nested, IsValidFile(m_tree.path("cache/" + m_place), 1, 2));
+  EXPECT_EQ(progress.m_finished, 1);
 }
 
 TEST_F(SymbolServers, ThatDoNotHaveTheFileLeaveTheSearchToGoOn) {

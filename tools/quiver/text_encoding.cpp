@@ -183,11 +183,17 @@ std::wstring fromNativePath(const std::filesystem::path& path) {
 std::string escapeControls(std::string_view bytes) {
   static constexpr char kDigits[] = "0123456789abcdef";
   std::string escaped;
-  for (const char c : bytes) {
-    const unsigned char byte = static_cast<unsigned char>(c);
-    if (byte >= 0x20 && byte != 0x7F) {
-      escaped += c;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    auto byte = static_cast<unsigned char>(bytes[i]);
+    const auto next = static_cast<unsigned char>(i + 1 < bytes.size() ? bytes[i + 1] : 0);
+    const bool isTwoBytes = byte == 0xC2 && next >= 0x80 && next < 0xA0;
+    if (byte >= 0x20 && byte != 0x7F && !isTwoBytes) {
+      escaped += bytes[i];
       continue;
+    }
+    if (isTwoBytes) {
+      byte = next;
+      ++i;
     }
     escaped += "\\x";
     escaped += kDigits[byte >> 4];

@@ -28,7 +28,8 @@ std::filesystem::path toNativePath(std::wstring_view text);
 /// The other way round.
 std::wstring fromNativePath(const std::filesystem::path& path);
 
-/// Returns the bytes with control characters spelled out (a line feed as "\x0a"), for a terminal.
+/// Returns the bytes with control characters spelled out (a line feed as "\x0a"), for a terminal:
+/// also those above ASCII, which some terminals obey.
 std::string escapeControls(std::string_view bytes);
 
 }  // namespace quiver_tool

@@ -60,6 +60,7 @@ TEST(TextEncoding, KeepsNativePaths) {
 
 TEST(TextEncoding, SpellsControlCharactersOut) {
   EXPECT_EQ(escapeControls("a\nb\x1B[0m\x7F\xC3\xA9"), "a\\x0ab\\x1b[0m\\x7f\xC3\xA9");
+  EXPECT_EQ(escapeControls("\xC2\x9B[\xC2\x80 \xC2\xA0\xC2"), "\\x9b[\\x80 \xC2\xA0\xC2");
 }
 
 }  // namespace
