@@ -7,7 +7,7 @@
 //     suggestion, and its candidate         for each suggested path
 //     step began
 //       candidate | directory | server      a directory follows the candidates it yielded
-//     step ended
+//     step ended                            also when an exception leaves it
 //     ... further steps, some of them while the files-found callback walks on; then candidates that
 //     the no-files-found callback has validated
 //     step not run                          for each step that is left

@@ -68,10 +68,9 @@ ObjectPtr<IValidFile> FoundFilesLazyIterator::next() {
     }
     const auto step = static_cast<search_step_t>(m_step);
     if (m_journal)
-      m_journal->stepBegan(step);
-    runStep();
-    if (m_journal)
-      m_journal->stepEnded(step);
+      runStepForJournal(step);
+    else
+      runStep();
     ++m_step;  // only now: a step that throws runs again on the next call
   }
   // Intended: the step named is the last one that ran, not the file's own.
@@ -79,6 +78,17 @@ ObjectPtr<IValidFile> FoundFilesLazyIterator::next() {
       << "Found file: " << (*m_cursor)->getPath()
       << " in step: " << searchStepToString(static_cast<search_step_t>(m_step - 1));
   return *m_cursor++;
+}
+
+void FoundFilesLazyIterator::runStepForJournal(search_step_t step) {
+  m_journal->stepBegan(step);
+  try {
+    runStep();
+  } catch (...) {
+    m_journal->stepBroken(step);
+    throw;
+  }
+  m_journal->stepEnded(step);
 }
 
 void FoundFilesLazyIterator::runStep() {

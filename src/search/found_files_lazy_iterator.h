@@ -75,6 +75,7 @@ class FoundFilesLazyIterator final : public IValidFileIterator, public ISearchRe
   using PathSet = std::unordered_set<const wchar_t*, HashIgnoreCase, EqualIgnoreCase>;
 
   void runStep();
+  void runStepForJournal(search_step_t step);
   bool addValidFile(const ObjectPtr<IValidFile>& file, bool& stop);
   bool addInvalidFile(const ObjectPtr<IInvalidFile>& file);
 

@@ -70,6 +70,11 @@ void LookupJournal::stepEnded(search_step_t step) {
   m_journal.onStepEnded({step, microseconds, m_isIdle ? idleReason(step) : jiNotIdle});
 }
 
+void LookupJournal::stepBroken(search_step_t step) {
+  m_isIdle = false;  // who knows what it would have found
+  stepEnded(step);
+}
+
 journal_idle_t LookupJournal::idleReason(search_step_t step) const {
   if (step == ssAroundBinaryLookup)
     return m_category == scBinaryFiles ? jiNotForCategory : jiNoBinary;

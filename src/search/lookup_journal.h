@@ -29,6 +29,8 @@ class LookupJournal final : public PAKU_3_1::IScanWatcher, public symsrv_1_0::IS
   void suggested(const wchar_t* path, bool isFromCallback);
   void stepBegan(search_step_t step);
   void stepEnded(search_step_t step);
+  /// An exception leaves the step; it may begin again when a callback catches that.
+  void stepBroken(search_step_t step);
 
   void missing(const wchar_t* path, std::uint32_t stepValue);
   /// `isNew` is false for a duplicate. Nothing without a verdict.

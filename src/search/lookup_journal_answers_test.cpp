@@ -103,6 +103,40 @@ TEST_F(LookupJournalTest, EndsWhenAnExceptionLeavesTheLookup) {
                     L"answer none step 0 confidence -1 by 6"}));
 }
 
+TEST_F(LookupJournalTest, EndsTheRunningStepWhenAnExceptionLeavesIt) {
+  m_tree.addFile("high/a.c");
+  addDir("high", false, true);
+  m_check.m_throws = true;
+  EXPECT_THROW(findSrc(L"a.c"), std::runtime_error);
+  const Events& events = m_notebook.events;
+  EXPECT_EQ(Events(events.end() - 7, events.end()),
+            (Events{L"step 2",
+                    L"end of 2",
+                    L"not 3 for 3",
+                    L"not 4 for 3",
+                    L"not 5 for 3",
+                    L"not 6 for 3",
+                    L"answer none step 0 confidence -1 by 6"}));
+}
+
+TEST_F(LookupJournalTest, TellsOfAStepAgainThatAFilesFoundCallbackRunsAgain) {
+  const std::wstring suggestion = m_tree.addFile("b.c");
+  m_tree.addFile("high/a.c");
+  addDir("high", false, true);
+  RecordingFilesFound found;
+  found.answer = [&](const Call&, IValidFileIterator& files) {
+    const ObjectPtr<IValidFile> first = files.next();
+    m_check.m_throws = true;
+    EXPECT_THROW(files.next(), std::runtime_error);
+    m_check.m_throws = false;
+    files.next();
+    return first;
+  };
+  m_env->setFilesFoundCallback(&found);
+  EXPECT_THAT(findSrc(L"a.c", suggestion.c_str()),
+              IsSupersetOf({L"step 2", L"end of 2", L"step 2", L"end of 2"}));
+}
+
 TEST_F(LookupJournalTest, NestsLookupsOfCallbacks) {
   m_tree.addFile("high/a.c");
   addDir("high", false, true);

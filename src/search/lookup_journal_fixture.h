@@ -2,6 +2,7 @@
 
 #pragma once
 
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -91,10 +92,14 @@ class Notebook final : public ISearchJournal {
   const std::wstring m_root;
 };
 
-/// Answers by the name of the directory above the file.
+/// Answers by the name of the directory above the file, unless it is to throw.
 class CheckByDirectory final : public IValidatorCallback {
  public:
+  bool m_throws = false;
+
   validation_result_t validate(const wchar_t* path, IErrorInfoContainer& error) override {
+    if (m_throws)
+      throw std::runtime_error("enough");
     const std::wstring text = path;
     if (text.find(L"good") != std::wstring::npos)
       return vrValid;
