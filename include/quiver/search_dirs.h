@@ -35,7 +35,8 @@ class ISearchDirIterator : public IQVObject {
   virtual void reset() = 0;  // 4
   /// Goes to the next entry. Returns false when that is the end, where it stays.
   virtual bool next() = 0;  // 5
-  /// Returns false at the end, leaving the outputs untouched. `dir` belongs to the iterator.
+  /// Returns false at the end, leaving the outputs untouched. `dir` belongs to the iterator; an
+  /// entry whose `dir` is null is passed over by searches.
   virtual bool get(const wchar_t*& dir, bool& recursive, bool& highPriority) = 0;  // 6
 };
 

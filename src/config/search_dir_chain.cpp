@@ -15,7 +15,8 @@ void mergeInto(IEditableSearchDirContainer& merged,
   bool recursive = false;
   bool highPriority = false;
   for (iterator->reset(); iterator->get(dir, recursive, highPriority); iterator->next())
-    merged.addSearchDir(category, dir, recursive, highPriority);
+    if (dir)  // without a text it is no directory, and the merged list stays away
+      merged.addSearchDir(category, dir, recursive, highPriority);
 }
 
 }  // namespace

@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <functional>
 #include <initializer_list>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <thread>
@@ -40,6 +41,8 @@ class OwnContainer final : public RefCountImpl<ISearchDirContainer> {
   Answer m_answer;
 };
 
+const wchar_t* const kNullText = L"(null)";
+
 // Reuses one buffer for every text, and may throw at the end.
 class OwnIterator final : public RefCountImpl<ISearchDirIterator> {
  public:
@@ -54,7 +57,7 @@ class OwnIterator final : public RefCountImpl<ISearchDirIterator> {
   bool get(const wchar_t*& dir, bool& recursive, bool& highPriority) override {
     if (m_position < m_dirs.size()) {
       m_text = m_dirs[m_position];
-      dir = m_text.c_str();
+      dir = m_text == kNullText ? nullptr : m_text.c_str();
       recursive = false;
       highPriority = false;
       return true;
@@ -182,6 +185,15 @@ TEST_F(SearchDirChainTest, CopiesEachTextBeforeItGoesOn) {
     return new OwnIterator({L"/a", L"/b"});
   }));
   EXPECT_EQ(dirs(scBinaryFiles), (Dirs{L"/a", L"/b"}));
+}
+
+TEST_F(SearchDirChainTest, PassesOverEntriesWithoutText) {
+  const auto texts = std::make_shared<Dirs>(Dirs{kNullText});
+  m_chain->addContainer(
+      new OwnContainer([texts](search_category_t) { return new OwnIterator(*texts); }));
+  EXPECT_EQ(dirs(scBinaryFiles), kNone);
+  *texts = {kNullText, L"/a"};
+  EXPECT_EQ(dirs(scBinaryFiles), Dirs{L"/a"});
 }
 
 TEST_F(SearchDirChainTest, DropsTheIteratorsOfItsMembers) {

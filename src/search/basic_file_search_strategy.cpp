@@ -17,7 +17,8 @@ void internal::forEachSearchDir(const ObjectPtr<ISearchDirIterator>& dirs,
   bool recursive = false;
   bool highPriority = false;
   for (dirs->reset(); dirs->get(dir, recursive, highPriority); dirs->next())
-    visit(dir, recursive, highPriority);
+    if (dir)  // a caller's own iterator may have entries without a text
+      visit(dir, recursive, highPriority);
 }
 
 BasicFileSearchStrategy::BasicFileSearchStrategy(ISearchEnv* searchEnv, const wchar_t* fileName)

@@ -111,8 +111,8 @@ class CategoryFileSearchStrategy : public BasicFileSearchStrategy {
 
 namespace internal {
 
-/// Calls `visit(dir, recursive, highPriority)` for every entry of `dirs`, from the first. A null
-/// iterator has none.
+/// Calls `visit(dir, recursive, highPriority)` for every entry of `dirs` that has a text, from the
+/// first. A null iterator has none.
 void forEachSearchDir(const ObjectPtr<ISearchDirIterator>& dirs,
                       const std::function<void(const wchar_t*, bool, bool)>& visit);
 

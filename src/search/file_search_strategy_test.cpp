@@ -2,11 +2,13 @@
 
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "quiver/environment_info.h"
+#include "quiver/ref_count.h"
 #include "quiver/search_dirs.h"
 #include "quiver/search_env.h"
 #include "search/bin_file_search_strategy.h"
@@ -65,6 +67,49 @@ class StrategyTest : public testing::Test {
   ObjectPtr<IEditableSearchDirContainer> m_archives = IEditableSearchDirContainer::create();
   ObjectPtr<IEditableSearchEnv> m_env = IEditableSearchEnv::create();
 };
+
+/// A caller's own container, whose first entry has no text.
+class DirsWithoutText final : public RefCountImpl<ISearchDirContainer> {
+ public:
+  explicit DirsWithoutText(std::wstring dir) : m_dir(std::move(dir)) {}
+
+  ObjectPtr<ISearchDirIterator> createIterator(search_category_t) override {
+    return new Iterator(m_dir);
+  }
+
+ private:
+  class Iterator final : public RefCountImpl<ISearchDirIterator> {
+   public:
+    explicit Iterator(std::wstring dir) : m_dir(std::move(dir)) {}
+    void reset() override { m_position = 0; }
+    bool next() override { return ++m_position < 2; }
+    bool get(const wchar_t*& dir, bool& recursive, bool& highPriority) override {
+      dir = m_position == 1 ? m_dir.c_str() : nullptr;
+      recursive = false;
+      highPriority = true;
+      return m_position < 2;
+    }
+
+   private:
+    const std::wstring m_dir;
+    int m_position = 0;
+  };
+
+  const std::wstring m_dir;
+};
+
+TEST_F(StrategyTest, PassesOverDirectoriesWithoutText) {
+  const std::wstring file = m_tree.addFile("dir/a.pdb");
+  const std::wstring copy = m_tree.addFile("archive/a.pdb/1/a.pdb");
+  m_env->setSearchDirs(new DirsWithoutText(m_tree.path("dir")));
+  m_env->setArchiveSearchDirs(new DirsWithoutText(m_tree.path("archive")));
+  auto strategy = sym(L"a.pdb", L"a.exe");
+  strategy.searchArchiveDirs(m_results);
+  EXPECT_EQ(m_results.candidates.at(0), (Candidate{copy, 0x10001}));
+  strategy.searchHighPriorityDirs(m_results);
+  EXPECT_EQ(m_results.candidates.back(), (Candidate{file, 2}));
+  EXPECT_EQ(m_routines.calls.back(), L"download(a.exe, " + m_tree.path("dir") + L")");
+}
 
 TEST_F(StrategyTest, MapsTheNameOnceForTheAnalysedSystem) {
   setOSType(2);
