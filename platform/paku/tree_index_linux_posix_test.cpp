@@ -165,6 +165,44 @@ TEST_F(TreeIndexLinux, NeedsAFileSystemThatTellsOfChanges) {
   EXPECT_THAT(found.paths(), ElementsAre(L"/proc/sys/kernel/ostype"));
 }
 
+/// Directories of a file system that does not tell of changes.
+std::vector<std::wstring> silentDirectories(std::size_t count) {
+  std::vector<std::wstring> found;
+  for (const auto& entry : fs::recursive_directory_iterator("/proc/sys")) {
+    if (found.size() < count && entry.is_directory())
+      found.push_back(entry.path().wstring());
+  }
+  return found;
+}
+
+TEST_F(TreeIndexLinux, GivesNoPlaceToWhatCannotBeKnown) {
+  use(IndexUse::kFromSecondScan);
+  m_tree.addFile("a/x.c");
+  for (int i = 0; i < 2; ++i) {
+    findIn(m_tree, L"x.c");
+    findIn(m_tree, L"x.c", 0);
+  }
+  TempTree plain;
+  for (int i = 0; i < 2; ++i) findIn(plain, L"x.c", 0);
+  const IndexCounts before = counts();
+  ASSERT_EQ(before.trees, 1u);
+  for (const int depth : {kWholeTree, 0})
+    for (const std::wstring& directory : silentDirectories(40)) {
+      FileSearch search;
+      search.addSearchDirectory(Filename(directory.c_str()), depth, 0);
+      FoundPaths found;
+      for (int i = 0; i < 3; ++i) search.find(L"absent", found);
+    }
+  EXPECT_EQ(counts().trees, 1u);
+  EXPECT_EQ(counts().entries, before.entries);
+  EXPECT_EQ(counts().dropped, before.dropped);
+  EXPECT_EQ(answeredBy([&] {
+              findIn(m_tree, L"x.c");
+              findIn(plain, L"x.c", 0);
+            }),
+            2u);
+}
+
 TEST_F(TreeIndexLinux, LeavesHalfOfTheWatchesToOthers) {
   use(IndexUse::kFromFirstScan);
   m_tree.addFile("a/x.c");

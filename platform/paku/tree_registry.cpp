@@ -3,6 +3,7 @@
 #include "paku/tree_registry.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 #include "paku/index_settings.h"
@@ -15,6 +16,7 @@ constexpr std::size_t kMostTrees = 24;
 constexpr std::size_t kMostAlone = 4096;
 constexpr unsigned kMostScansBefore = 64;
 constexpr unsigned kUsesThatProve = 64;
+constexpr unsigned kNever = std::numeric_limits<unsigned>::max();  // scans of what cannot be known
 
 }  // namespace
 
@@ -24,7 +26,12 @@ std::optional<TreeRegistry::Matches> TreeRegistry::matches(const SearchedDirecto
   if (indexSettings().use == IndexUse::kNever)
     return std::nullopt;
   const bool isWhole = depth == kWholeTree;
-  const std::shared_ptr<Tree> tree = treeOf(directory.identity(), isWhole);
+  std::shared_ptr<Tree> tree = treeOf(directory.identity(), false);
+  if (!tree && isWhole) {
+    if (!canBeKnown(directory, true))
+      return std::nullopt;
+    tree = treeOf(directory.identity(), true);
+  }
   if (tree && (isWhole || tree->bytes != 0))
     return inTree(*tree, true, directory, depth, tails);
   if (depth != 0)
@@ -96,10 +103,15 @@ bool TreeRegistry::isDue(Tree& tree, bool isWhole, const FileIdentity& identity)
   if (!isWhole && tree.seenAlone.size() > kMostAlone)
     tree.seenAlone.clear();
   unsigned& scans = isWhole ? tree.scans : tree.seenAlone[identity];
-  return scans++ >= tree.scansBefore;
+  return scans != kNever && scans++ >= tree.scansBefore;
 }
 
 bool TreeRegistry::build(Tree& tree, bool isWhole, const SearchedDirectory& directory) {
+  if (!canBeKnown(directory, isWhole)) {
+    if (!isWhole)
+      tree.seenAlone[directory.identity()] = kNever;
+    return false;
+  }
   const bool hasMany = tree.known && tree.known->rootCount() >= kMostAlone;
   if (!tree.known || isWhole || hasMany)
     tree.known = makeKnownDirectories(isWhole, indexSettings().maxBytes);

@@ -36,7 +36,16 @@ NameIndex::Kind kindOfMode(mode_t mode) {
   return S_ISLNK(mode) ? NameIndex::Kind::kLink : NameIndex::Kind::kFile;
 }
 
+bool tellsOfAllChanges(int directory, bool isTree) {
+  return notifiesOfChanges(directory) && !(isTree && hasMountBelow(directory));
+}
+
 }  // namespace
+
+bool canBeKnown(const SearchedDirectory& directory, bool isTree) {
+  const FileDescriptor fd = openSearched(directory);
+  return fd && tellsOfAllChanges(fd.get(), isTree);
+}
 
 std::unique_ptr<IKnownDirectories> makeKnownDirectories(bool isTree, std::size_t maxBytes) {
   return std::make_unique<WatchedDirectories>(isTree, maxBytes);
@@ -44,8 +53,7 @@ std::unique_ptr<IKnownDirectories> makeKnownDirectories(bool isTree, std::size_t
 
 bool WatchedDirectories::add(const SearchedDirectory& directory) {
   const FileDescriptor fd = openSearched(directory);
-  if (!fd || !m_queue.isOpen() || !notifiesOfChanges(fd.get()) ||
-      (m_isTree && hasMountBelow(fd.get())))
+  if (!fd || !m_queue.isOpen() || !tellsOfAllChanges(fd.get(), m_isTree))
     return false;
   const Number root = m_index.addRoot();
   m_roots[directory.identity()] = root;

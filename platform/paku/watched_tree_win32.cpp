@@ -42,22 +42,33 @@ NameIndex::Kind kindOf(const WIN32_FIND_DATAW& entry) {
   return isRealDirectory(entry) ? NameIndex::Kind::kDirectory : NameIndex::Kind::kFile;
 }
 
+/// Opens a tree that tells of its changes; nothing else is known here.
+FileHandle openTelling(const SearchedDirectory& directory) {
+  if (!areNoticesInTime())
+    return {};
+  FileHandle handle = openDirectory(directory.path(), FILE_LIST_DIRECTORY, FILE_FLAG_OVERLAPPED);
+  FileIdentity identity;
+  const bool isIt = handle && identityOf(handle.get(), identity) &&
+                    identity == directory.identity() && tellsOfChanges(handle.get());
+  return isIt ? std::move(handle) : FileHandle();
+}
+
 }  // namespace
+
+bool canBeKnown(const SearchedDirectory& directory, bool isTree) {
+  return isTree && openTelling(directory);
+}
 
 std::unique_ptr<IKnownDirectories> makeKnownDirectories(bool isTree, std::size_t maxBytes) {
   return std::make_unique<WatchedTree>(isTree, maxBytes);
 }
 
 bool WatchedTree::add(const SearchedDirectory& directory) {
-  if (!m_isTree || !areNoticesInTime())
-    return false;
-  FileHandle handle = openDirectory(directory.path(), FILE_LIST_DIRECTORY, FILE_FLAG_OVERLAPPED);
-  FileIdentity identity;
-  if (!handle || !identityOf(handle.get(), identity) || identity != directory.identity() ||
-      !tellsOfChanges(handle.get()))
+  FileHandle handle = m_isTree ? openTelling(directory) : FileHandle();
+  if (!handle)
     return false;
   m_notices = std::make_unique<ChangeNotices>(std::move(handle));
-  m_identity = identity;
+  m_identity = directory.identity();
   m_root = m_index.addRoot();
   return m_notices->isOpen() && read(directory.path(), m_root) && isKnownAt(directory);
 }
