@@ -32,8 +32,8 @@ class IKnownDirectories {
   virtual std::size_t rootCount() const = 0;
 };
 
-/// Returns whether the system tells of all changes in a directory, or in the whole tree of it. Asked
-/// first: what can never be known takes no place from what can.
+/// Returns whether the system tells of all changes in a directory, or in the whole tree of it.
+/// Asked first: what can never be known takes no place from what can.
 bool canBeKnown(const SearchedDirectory& directory, bool isTree);
 
 /// `isTree`: with all that is below them. More than `maxBytes` are not kept.
