@@ -18,11 +18,29 @@ bool isTurn(unsigned every) {
   return ++calls % every == 0;
 }
 
-void begin(const LifeMark& mark, const CallbackFrame& frame, Work work) {
-  if (!mark.isAlive())
-    frame.findings.add(std::string("a callback was called after its end: ") + nameOf(work));
-  frame.counts.add(work);
-}
+/// The time of a call, from its beginning to its end.
+class Call final {
+ public:
+  Call(const LifeMark& mark, const CallbackFrame& frame, Work work)
+      : m_mark(mark), m_frame(frame), m_work(work) {
+    expectAlive();
+    frame.counts.add(work);
+  }
+  ~Call() { expectAlive(); }
+
+  Call(const Call&) = delete;
+  Call& operator=(const Call&) = delete;
+
+ private:
+  void expectAlive() const {
+    if (!m_mark.isAlive())
+      m_frame.findings.add(std::string("a callback is gone and called: ") + nameOf(m_work));
+  }
+
+  const LifeMark& m_mark;
+  const CallbackFrame m_frame;  // a copy: the callback's own may be gone
+  const Work m_work;
+};
 
 }  // namespace
 
@@ -32,7 +50,7 @@ CallbackAnswers& answersOfThisThread() {
 }
 
 bool LoadSearchStarted::answer(Text name, QV_2_9::IStringContainer& suggestions) const {
-  begin(m_mark, m_frame, Work::kSearchStartedCall);
+  const Call call(m_mark, m_frame, Work::kSearchStartedCall);
   const StillFile* const still = m_frame.places.stillFile(name);
   if (isTurn(7))
     suggestions.add(still && isTurn(2) ? still->path.c_str()
@@ -65,7 +83,7 @@ bool LoadSearchStarted::onSrcSearchStarted(Text name,
 }
 
 ValidFile LoadFilesFound::answer(QV_2_9::IValidFileIterator& files) const {
-  begin(m_mark, m_frame, Work::kFilesFoundCall);
+  const Call call(m_mark, m_frame, Work::kFilesFoundCall);
   if (isTurn(31)) {
     answersOfThisThread().isRefused = true;
     return nullptr;
@@ -94,7 +112,7 @@ ValidFile LoadNoFilesFound::answer(Text name,
                                    QV_2_9::IValidator& validator,
                                    QV_2_9::IInvalidFileIterator& invalidFiles,
                                    QV_2_9::IValidFileIterator& validFiles) const {
-  begin(m_mark, m_frame, Work::kNoFilesFoundCall);
+  const Call call(m_mark, m_frame, Work::kNoFilesFoundCall);
   while (const QV_2_9::ObjectPtr<QV_2_9::IInvalidFile> file = invalidFiles.next()) {
     const std::wstring_view message = file->getErrorMessage();
     if (message == kLoadMessage)
@@ -134,7 +152,7 @@ ValidFile LoadNoFilesFound::onSrcNoFilesFound(Text name,
 }
 
 bool LoadPolicy::decideConfidenceLevel(QV_2_9::search_category_t, std::int32_t) {
-  begin(m_mark, m_frame, Work::kPolicyCall);
+  const Call call(m_mark, m_frame, Work::kPolicyCall);
   return isTurn(2);
 }
 

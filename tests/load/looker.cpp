@@ -22,7 +22,8 @@ class Progress final : public ISymbolDownloadProgress {
   void progress(std::int32_t) override {}
   void finish() override {
     if (m_isStarted && m_binary)
-      m_counts.add(m_binary->isOnServer ? Work::kServerDownload : Work::kStoreDownload);
+      m_counts.add(m_binary->source == SymbolSource::kServer ? Work::kServerDownload
+                                                             : Work::kStoreDownload);
     m_isStarted = false;
   }
   bool isCanceled() override { return false; }

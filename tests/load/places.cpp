@@ -64,15 +64,17 @@ void Places::addReal(const std::filesystem::path& realFiles) {
   };
   const std::string id = firstLineOf(realFiles / "hello.id");
   copied("hello.debug", "store/.build-id/" + id.substr(0, 2) + "/" + id.substr(2) + ".debug");
-  const auto add = [&](const char* binary, const char* symbols, bool isOnServer) {
+  copied("anonymous.debug", "steady/anonymous.debug");
+  const auto add = [&](const char* binary, const char* symbols, SymbolSource source) {
     m_binaries.push_back({copied(binary, std::string("binaries/") + binary),
                           quiver_test::toWide(symbols),
                           quiver_test::toWide(realFiles / symbols),
                           contentOf(realFiles / symbols),
-                          isOnServer});
+                          source});
   };
-  add("hello", "hello.debug", false);
-  add("tiny64.exe", "tiny64.pdb", true);
+  add("hello", "hello.debug", SymbolSource::kStore);
+  add("tiny64.exe", "tiny64.pdb", SymbolSource::kServer);
+  add("anonymous", "anonymous.debug", SymbolSource::kSteady);
 }
 
 std::wstring Places::stillDir(int number) const {

@@ -8,7 +8,9 @@
 //     both/            where it changes
 //   staging/A/         where files are written before they get a name in moving/A
 //   binaries/          real binaries without their symbol files
-//   store/  cache/  default/
+//   store/             a store of symbol files, copied into the cache
+//   steady/            one that is used in place
+//   cache/  default/
 
 #pragma once
 
@@ -29,13 +31,20 @@ struct StillFile {
   QV_2_9::search_category_t category;
 };
 
-/// A real binary, and where its symbol file may be fetched from.
+/// Where a symbol file comes from.
+enum class SymbolSource {
+  kStore,   ///< A directory, through a cache that is emptied now and then.
+  kServer,  ///< A server, through another.
+  kSteady   ///< A directory in which it is used: it is always found.
+};
+
+/// A real binary, and where its symbol file is.
 struct RealBinary {
   std::wstring path;
   std::wstring symbolName;
   std::wstring symbolFile;  ///< The original of the symbol file.
   std::string content;      ///< Of the symbol file.
-  bool isOnServer;          ///< Else in the directory store.
+  SymbolSource source;
 };
 
 /// Never changes once it is made; what it describes does.

@@ -11,8 +11,8 @@ using namespace QV_2_9;
 
 namespace {
 
-constexpr std::chrono::milliseconds kPause{5};
-constexpr unsigned kChangesOfOneSearch = 40;
+constexpr std::chrono::milliseconds kPause{1};
+constexpr unsigned kChangesOfOneSearch = 100;
 
 }  // namespace
 
@@ -31,9 +31,10 @@ void SearchChanger::changeDirs(SearchSetup& setup) {
   const auto category = static_cast<search_category_t>(1 + m_random() % 4);
   switch (m_random() % 8) {
     case 0:
+    case 1:
       setup.extraDirs().clearSearchDirs(category);
       return m_load.counts.add(Work::kSearchDirsCleared);
-    case 1:
+    case 2:
       if (setup.addContainer(anyDirectory().c_str()))
         m_load.counts.add(Work::kContainerAdded);
       return;

@@ -20,6 +20,7 @@ ObjectPtr<IEditableSearchDirContainer> lastingDirs(const Places& places,
   dirs->addSearchDir(scBinaryFiles, places.path("decoy").c_str(), kTree, kEarly);
   dirs->addSearchDir(scSourceFiles, places.path("moving").c_str(), kTree, kEarly);
   dirs->addSearchDir(scSymbolFiles, symbols.storeElement().c_str(), kPlain, kEarly);
+  dirs->addSearchDir(scSymbolFiles, symbols.steadyElement().c_str(), kPlain, kLate);
   dirs->addSearchDir(scSymbolFiles, places.path("moving").c_str(), kTree, kLate);
   dirs->addSearchDir(scAllFiles, places.path("still").c_str(), kTree, kLate);
   return dirs;

@@ -2,6 +2,7 @@
 
 #include "load/sought_files.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -46,7 +47,9 @@ std::string wrongInMoving(const std::wstring& path,
 std::string wrongInSymbol(const std::wstring& path,
                           const SoughtFile& sought,
                           const Places& places) {
-  if (!liesBelow(path, places.path("cache")) && !liesBelow(path, places.path("store")))
+  constexpr const char* kOurs[] = {"cache", "store", "steady"};
+  if (std::ranges::none_of(kOurs,
+                           [&](const char* name) { return liesBelow(path, places.path(name)); }))
     return "it was found elsewhere";
   std::ifstream file{std::filesystem::path(path), std::ios::binary};
   const std::string content{std::istreambuf_iterator<char>(file), {}};
@@ -120,8 +123,9 @@ std::string wrongIn(const ObjectPtr<IValidFile>& answer,
                     const SoughtFile& sought,
                     const CallbackAnswers& callbacks,
                     const Places& places) {
-  const bool mayBeMissing =
-      sought.fate != Fate::kStill || callbacks.isCanceled || callbacks.isRefused;
+  const bool isThere = sought.fate == Fate::kStill ||
+                       (sought.symbols && sought.symbols->source == SymbolSource::kSteady);
+  const bool mayBeMissing = !isThere || callbacks.isCanceled || callbacks.isRefused;
   const std::string wrong =
       answer ? wrongInFound(answer->getPath(), answer->getConfidenceLevel() == 0, sought, places)
              : (mayBeMissing ? "" : "a file that is there was not found");

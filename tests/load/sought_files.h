@@ -16,7 +16,7 @@ namespace quiver_load {
 enum class Fate {
   kStill,   ///< It is there: to be found.
   kMoving,  ///< It comes and goes.
-  kSymbol,  ///< It is fetched, and removed from the cache meanwhile.
+  kSymbol,  ///< It is fetched; from a cache it may go meanwhile.
   kMissing  ///< It never was.
 };
 

@@ -15,4 +15,8 @@ std::wstring SymbolSources::storeElement() const {
   return L"srv*" + m_places.path("cache/store") + L"*" + m_places.path("store");
 }
 
+std::wstring SymbolSources::steadyElement() const {
+  return L"srv*" + m_places.path("steady");
+}
+
 }  // namespace quiver_load

@@ -1,5 +1,5 @@
-// Where symbol files are fetched from and to: a directory store among the search directories, a
-// server in the symbol path, and the cache of both.
+// Where symbol files are fetched from and to: directory stores among the search directories, a
+// server in the symbol path, and caches.
 
 #pragma once
 
@@ -16,8 +16,9 @@ class SymbolSources final {
   /// `port` is that of a server on this machine.
   SymbolSources(const Places& places, const std::string& port);
 
-  /// Returns the element of the directory store.
+  /// The elements of the directory stores.
   std::wstring storeElement() const;
+  std::wstring steadyElement() const;
 
  private:
   const Places& m_places;
