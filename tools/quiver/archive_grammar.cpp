@@ -74,7 +74,7 @@ ProgramCommand addArchiveCommand(CLI::App& app) {
   archive.footer(kArchiveExamples);
   command.directory = addText(archive, "DIR", "", "Result directory; its archive is DIR/archive");
   command.directory->required();
-  command.files = addTexts(archive, "FILE", "", "Files to copy into the archive");
+  command.files = addTexts(archive, "FILE", "", "File to copy into the archive; may be repeated");
   command.files->allow_extra_args();
   command.category =
       addText(archive, "--category", "bin|sym|src|all", "What the files are; needed with FILE");

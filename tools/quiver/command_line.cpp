@@ -29,6 +29,13 @@ Answer usageAnswer(const std::string& complaint, const std::string& help) {
   return {kExitFailure, "", "quiver: " + escapeControls(withoutMarks(complaint)) + "\n" + help};
 }
 
+// In the order in which the user wrote them, which the parser turns round.
+std::string notExpected(const std::vector<std::string>& arguments) {
+  std::string text = "not expected:";
+  for (const std::string& argument : arguments) text += " " + argument;
+  return text;
+}
+
 // As the option parser takes them.
 std::vector<std::string> reversedArguments(int argc, const char* const* argv) {
   std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
@@ -80,7 +87,7 @@ class Grammar final {
     m_explain->footer(kExplainExamples);
     m_explain->require_subcommand(1);
     for (const search_category_t kind : kKinds)
-      m_commands.push_back(addLookupCommand(*m_explain, kind, runExplain));
+      m_commands.push_back(addLookupCommand(*m_explain, kind, kExplainKindDescription, runExplain));
   }
 
   /// Null when the words so far name neither.
@@ -115,9 +122,9 @@ class Grammar final {
   }
 
   Answer answerTo(const CLI::ParseError& error) const {
-    if (usedCommand())
-      return usageAnswer(error.what(), hint());
     const std::vector<std::string> rest = m_app.remaining(true);
+    if (usedCommand())
+      return usageAnswer(rest.empty() ? error.what() : notExpected(rest), hint());
     if (rest.empty())
       return {kExitFailure, "", m_app.help()};
     if (groupOfKinds())

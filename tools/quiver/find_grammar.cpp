@@ -99,16 +99,17 @@ FindOptions readFindOptions(const FindCommand& command) {
 }  // namespace
 
 ProgramCommand addFindCommand(CLI::App& find, search_category_t category) {
-  ProgramCommand command = addLookupCommand(find, category, runFind);
+  ProgramCommand command = addLookupCommand(find, category, kindDescription(category), runFind);
   command.app->footer(kindExamples(category));
   return command;
 }
 
 ProgramCommand addLookupCommand(CLI::App& parent,
                                 search_category_t category,
+                                const char* description,
                                 Answer (*run)(const FindOptions&)) {
   FindCommand command;
-  CLI::App& app = *parent.add_subcommand(categoryWord(category), kindDescription(category));
+  CLI::App& app = *parent.add_subcommand(categoryWord(category), description);
   command.category = category;
   command.name = addText(app, "NAME", "", "Recorded path or bare file name")->required();
   addPlaceOptions(app, command.places);

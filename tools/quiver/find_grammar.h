@@ -12,6 +12,7 @@ ProgramCommand addFindCommand(CLI::App& find, QV_2_9::search_category_t category
 /// Adds a command for one kind with the options of `find` that does `run` with them.
 ProgramCommand addLookupCommand(CLI::App& parent,
                                 QV_2_9::search_category_t category,
+                                const char* description,
                                 Answer (*run)(const FindOptions&));
 
 }  // namespace quiver_tool

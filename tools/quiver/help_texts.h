@@ -62,6 +62,10 @@ inline constexpr const char* kArchiveExamples =
 inline constexpr const char* kExplainDescription =
     "Tells all that a lookup of one file tries, and what would make it found.";
 
+/// Of the commands for each kind of file.
+inline constexpr const char* kExplainKindDescription =
+    "Tells all that 'quiver find' would try for a file of this kind.";
+
 inline constexpr const char* kExplainExamples =
     "The options are those of 'quiver find'. What was looked at stands step by step, each "
     "candidate\n"

@@ -91,7 +91,7 @@ Answer runIdentify(const IdentifyOptions& options) {
 ProgramCommand addIdentifyCommand(CLI::App& app) {
   CLI::App& identify = *app.add_subcommand(kCommand, kIdentifyDescription);
   identify.footer(kIdentifyExamples);
-  CLI::Option* files = addTexts(identify, "FILE", "", "Binary or symbol file");
+  CLI::Option* files = addTexts(identify, "FILE", "", "Binary or symbol file; may be repeated");
   files->required()->allow_extra_args();
   CLI::Option* json = addFlag(identify, "--json", "Print the result as JSON");
   return {&identify, kCommand, [files, json] {

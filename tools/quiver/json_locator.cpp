@@ -92,6 +92,9 @@ class Walk final : public nlohmann::json_sax<Json> {
   bool parse_error(std::size_t position,
                    const std::string&,
                    const nlohmann::detail::exception& error) override {
+    constexpr int kNumberOverflow = 406;
+    if (error.id == kNumberOverflow)
+      return refuse(begin(), "this number is beyond everything");
     const std::size_t offset = std::min(position == 0 ? 0 : position - 1, m_text.size());
     return refuse(offset, reasonOf(error.what()));
   }
@@ -174,9 +177,12 @@ class Walk final : public nlohmann::json_sax<Json> {
 
 std::optional<JsonFault> findSyntaxFault(std::string_view text) {
   Walk walk(text, nullptr);
-  if (walk.run())
-    return std::nullopt;
-  return walk.fault();
+  if (!walk.run())
+    return walk.fault();
+  // The parser takes a NUL for the end.
+  if (const std::size_t end = text.find('\0'); end != std::string_view::npos)
+    return JsonFault{end, "", "a NUL stands behind the document"};
+  return std::nullopt;
 }
 
 std::size_t offsetOfValue(std::string_view text, const std::string& pointer) {

@@ -12,6 +12,7 @@
 #include "json_locator.h"
 #include "manifest_words.h"
 #include "manifest_writer.h"
+#include "system_error_text.h"
 #include "text_encoding.h"
 
 namespace quiver_tool {
@@ -190,14 +191,16 @@ Manifest readManifest(const std::wstring& path) {
   std::error_code ignored;
   if (error && std::filesystem::exists(native, ignored))
     throw ManifestError("it is no regular file");  // opening a pipe would wait for its writer
+  if (error)
+    throw ManifestError("it cannot be opened: " + error.message());
   std::ifstream file(native, std::ios::binary);
-  if (error || !file)
-    throw ManifestError("cannot be opened");
+  if (!file)
+    throw ManifestError("it cannot be opened: " + systemErrorText());
   refuseTooMany(size);
   std::string text(static_cast<std::size_t>(size), '\0');
   file.read(text.data(), static_cast<std::streamsize>(text.size()));
   if (file.bad())
-    throw ManifestError("cannot be read");
+    throw ManifestError("it cannot be read");
   text.resize(static_cast<std::size_t>(file.gcount()));
   return parseManifest(text);
 }

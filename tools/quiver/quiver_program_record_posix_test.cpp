@@ -144,7 +144,13 @@ TEST_F(ProgramRecordingPosix, RefusesWhatIsNoBinary) {
   const RunResult run = record("a.c");
   EXPECT_EQ(run.status, 1);
   EXPECT_THAT(run.err, HasSubstr("it is no binary that can be read"));
-  EXPECT_EQ(record("none").status, 1);
+  add("m.json", "before");
+  const RunResult none = record("none");
+  EXPECT_EQ(none.status, 1);
+  EXPECT_EQ(none.out, "");
+  EXPECT_EQ(none.err,
+            "quiver: " + path("none") + ": no such file\nquiver: " + path("m.json") +
+                ": not written, since no binary could be recorded\n");
   EXPECT_EQ(runProgram({"record", path("a.c")}).status, 2);
 }
 

@@ -61,7 +61,8 @@ INSTANTIATE_TEST_SUITE_P(
         UsageRow{"EmptySuggestion",
                  {"find", "src", "a", "--suggest", ""},
                  "--suggest must not be empty"},
-        UsageRow{"BinaryOfABinary", {"find", "bin", "a", "--binary", "b"}, "not expected"},
+        UsageRow{
+            "BinaryOfABinary", {"find", "bin", "a", "--binary", "b"}, "not expected: --binary b\n"},
         UsageRow{"ShortMd5", {"find", "src", "a", "--md5", "12"}, "this text has 2 characters"},
         UsageRow{"BadMd5",
                  {"find", "src", "a", "--md5", "9e107d9d372bb6826bd81d3542a419dx"},

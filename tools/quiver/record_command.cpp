@@ -104,6 +104,10 @@ Answer runRecord(const RecordOptions& options) {
     return {kExitFailure, "", complaint(options, obstacle)};
   Answer answer;
   const Manifest manifest = recordAll(options, answer);
+  if (manifest.modules.empty()) {
+    answer.err += line(options.output, "not written, since no binary could be recorded");
+    return answer;
+  }
   std::string reason = recordedOutput(options, manifest);
   if (reason.empty())
     reason = writeOutputFile(options.output, manifestText(manifest));
@@ -118,7 +122,7 @@ Answer runRecord(const RecordOptions& options) {
 ProgramCommand addRecordCommand(CLI::App& app) {
   CLI::App& record = *app.add_subcommand(kCommand, kRecordDescription);
   record.footer(kRecordExamples);
-  CLI::Option* binaries = addTexts(record, "BINARY", "", "Program or library");
+  CLI::Option* binaries = addTexts(record, "BINARY", "", "Program or library; may be repeated");
   binaries->required()->allow_extra_args();
   CLI::Option* output = addText(record, "-o,--output", "FILE", "The manifest to write; needed");
   return {&record, kCommand, [binaries, output] {

@@ -33,7 +33,7 @@ class Browser:
         command = [program, "--headless", "--no-sandbox", "--disable-gpu", "--hide-scrollbars",
                    "--disable-quic", "--no-first-run", "--disable-background-networking",
                    "--disable-component-update", "--disable-sync",
-                   "--remote-debugging-pipe", "--user-data-dir=" + folder, "about:blank"]
+                   "--disable-dev-shm-usage", "--remote-debugging-pipe", "--user-data-dir=" + folder, "about:blank"]
         # The browser reads descriptor 3 and writes 4.
         shell = 'exec "$@" 3<&{} 4>&{}'.format(to_browser, from_browser)
         self._process = subprocess.Popen(["bash", "-c", shell, "bash"] + command,
