@@ -25,7 +25,8 @@ std::string directoryWords(const StoryDirectory& directory) {
   if (directory.entries == 0)
     return "searched" + until;
   const std::string amount =
-      directory.isFromIndex ? count + " of that name in the index" : count + " entries read";
+      directory.isFromIndex ? count + " of that name in the index"
+                            : count + (directory.entries == 1 ? " entry read" : " entries read");
   return amount + until;
 }
 
@@ -55,7 +56,7 @@ const char* serverWords(QV_2_9::journal_server_outcome_t outcome) {
     case QV_2_9::jsFailed:
       return "gave no useful answer";
     case QV_2_9::jsLeftAlone:
-      return "was not asked";
+      return "not asked";
     case QV_2_9::jsCanceled:
       break;
   }

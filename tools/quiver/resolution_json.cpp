@@ -10,7 +10,6 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr int kVersion = 1;
-constexpr std::int32_t kMostSteps = 7;
 
 Json text(const std::wstring& value) {
   return toUtf8(value);
@@ -81,7 +80,7 @@ void addRejected(const ResolvedFile& file, Json& object) {
     object["rejected"].push_back(toJsonObject(rejected));
 }
 
-Json toJsonObject(const ResolvedFile& file, bool hasJournal) {
+Json toJsonObject(const ResolvedFile& file, bool hasRejected) {
   const RecordedFile& recorded = file.recorded;
   Json object{{"kind", categoryWord(recorded.category)},
               {"name", text(recorded.name)},
@@ -94,23 +93,14 @@ Json toJsonObject(const ResolvedFile& file, bool hasJournal) {
   object["archived"] = file.archived ? Json(static_cast<std::int32_t>(*file.archived)) : Json();
   object["archived_text"] = file.archived ? Json(archiveWords(*file.archived)) : Json();
   object["microseconds"] = file.microseconds;
-  // A journal has the rejected files too.
-  if (hasJournal)
-    object["journal"] = file.journal.events();
-  else
+  if (hasRejected)
     addRejected(file, object);
   return object;
 }
 
-Json stepTexts() {
-  Json texts = Json::array({""});
-  for (std::int32_t step = 1; step <= kMostSteps; ++step) texts.push_back(stepWords(step));
-  return texts;
-}
-
 }  // namespace
 
-Json resolutionDocument(const Resolution& resolution, bool hasJournals) {
+Json resolutionDocument(const Resolution& resolution, bool hasRejected) {
   Json document{{"format", "quiver-resolution"},
                 {"version", kVersion},
                 {"manifest", text(resolution.manifest)},
@@ -127,12 +117,7 @@ Json resolutionDocument(const Resolution& resolution, bool hasJournals) {
     document["missing_directories"].push_back(text(path));
   document["files"] = Json::array();
   for (const ResolvedFile& file : resolution.files)
-    document["files"].push_back(toJsonObject(file, hasJournals));
-  if (!hasJournals)
-    return document;
-  document["steps"] = stepTexts();
-  document["texts"] = Json::array();
-  for (const std::wstring& one : resolution.texts.texts()) document["texts"].push_back(text(one));
+    document["files"].push_back(toJsonObject(file, hasRejected));
   return document;
 }
 

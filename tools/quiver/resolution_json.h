@@ -8,8 +8,8 @@
 
 namespace quiver_tool {
 
-/// Returns the document of `quiver resolve --json`. With `hasJournals` each file has its journal
-/// too, as numbers, and the document the texts that they refer to: the data of the report's page.
-nlohmann::ordered_json resolutionDocument(const Resolution& resolution, bool hasJournals);
+/// Returns the document of `quiver resolve --json`; without `hasRejected` the files do not have the
+/// candidates that were rejected.
+nlohmann::ordered_json resolutionDocument(const Resolution& resolution, bool hasRejected);
 
 }  // namespace quiver_tool

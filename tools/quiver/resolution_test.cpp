@@ -130,13 +130,13 @@ TEST(ResolutionJson, HoldsEverythingOfAFile) {
     "confidence": 1, "confidence_text": "not contradicted",
     "reason": null, "reason_text": null, "message": null, "rejected": [],
     "archived": 0, "archived_text": "archived", "microseconds": 5})");
-  EXPECT_EQ(json(resolutionDocument(resolution, false)).at("files").at(0), expected);
+  EXPECT_EQ(json(resolutionDocument(resolution, true)).at("files").at(0), expected);
 }
 
 TEST(ResolutionJson, HoldsTheReasonOfAMiss) {
   Resolution resolution;
   resolution.files.push_back(missedWith({{L"/s/b.c", 6, 1, L"%ChecksumMismatch"}}));
-  const json file = resolutionDocument(resolution, false).at("files").at(0);
+  const json file = resolutionDocument(resolution, true).at("files").at(0);
   EXPECT_EQ(file.at("state"), "not-found");
   EXPECT_EQ(file.at("path"), nullptr);
   EXPECT_EQ(file.at("reason"), "other-content");
@@ -146,7 +146,7 @@ TEST(ResolutionJson, HoldsTheReasonOfAMiss) {
 }
 
 TEST(ResolutionJson, HasTheSummaryOfEachKind) {
-  const json summary = resolutionDocument(sample(), false).at("summary");
+  const json summary = resolutionDocument(sample(), true).at("summary");
   ASSERT_EQ(summary.size(), 3u);
   EXPECT_EQ(summary[2], json::parse(R"({"kind": "src", "files": 5, "found": 3, "not_found": 2,
     "not_tried": 0,
@@ -159,16 +159,9 @@ TEST(ResolutionJson, HasTheSummaryOfEachKind) {
                       "files": 1}]})"));
 }
 
-TEST(ResolutionJson, HasJournalsOnRequestOnly) {
-  Resolution resolution = sample();
-  resolution.files[1].journal.addEnd(resolution.texts, L"step 6");
-  const json without = resolutionDocument(resolution, false);
-  EXPECT_FALSE(without.contains("texts"));
-  EXPECT_FALSE(without.at("files").at(1).contains("journal"));
-  const json with = resolutionDocument(resolution, true);
-  EXPECT_EQ(with.at("texts"), json::parse(R"(["step 6"])"));
-  EXPECT_EQ(with.at("files").at(1).at("journal"), json::parse("[[8, 0]]"));
-  EXPECT_EQ(with.at("steps").at(7), "suggested path");
+TEST(ResolutionJson, LeavesRejectedFilesOutOnRequest) {
+  const json document = resolutionDocument(sample(), false);
+  EXPECT_FALSE(document.at("files").at(1).contains("rejected"));
 }
 
 TEST(ResolveReport, SpellsMarkupOut) {

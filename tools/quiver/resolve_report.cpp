@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "resolution_json.h"
+#include "report_data.h"
 
 namespace quiver_tool {
 namespace {
@@ -30,7 +30,7 @@ std::string jsonForMarkup(std::string_view json) {
 
 std::string reportPage(const Resolution& resolution) {
   using Json = nlohmann::ordered_json;
-  const Json document = resolutionDocument(resolution, true);
+  const Json document = reportData(resolution);
   const std::string data =
       jsonForMarkup(document.dump(-1, ' ', false, Json::error_handler_t::replace));
   const std::string_view page = kReportPage;

@@ -7,6 +7,13 @@
   var stateWords = { "found": "found", "not-found": "not found", "not-tried": "not tried" };
   var stateRank = { "not-found": 0, "not-tried": 1, "found": 2 };
   var kChunk = 150;
+  var sharedMembers = ["module", "step_text", "confidence_text", "reason_text", "message", "archived_text"];
+  // How many numbers an event has, by its first.
+  var kLengths = [1, 2, 2, 5, 6, 5, 4, 3, 2];
+
+  data.files.forEach(function (file) {
+    sharedMembers.forEach(function (member) { if (member in file) file[member] = texts[file[member]]; });
+  });
 
   function byId(id) { return document.getElementById(id); }
 
@@ -202,22 +209,24 @@
       var isFound = file.state === "found";
       list.append(stepItem(isFound ? "Found" : "Not found", isFound ? "hit" : "miss", texts[event[1]]).item);
     }
-    (file.journal || []).forEach(addEvent);
+    var numbers = file.journal;
+    for (var at = 0; at < numbers.length; at += kLengths[numbers[at]])
+      addEvent(numbers.slice(at, at + kLengths[numbers[at]]));
     return list;
   }
 
   function facts(file) {
     var list = make("dl", "facts");
     function add(word, text, isPath) {
-      if (text === null || text === undefined || text === "") return;
+      if (text === undefined || text === "") return;
       list.append(make("dt", "", word), make("dd", isPath ? "path" : "", text));
     }
     add("Recorded name", file.name, true);
-    add("Binary", file.kind === "bin" ? null : file.module, true);
+    add("Binary", file.module, true);
     add("Recorded MD5", file.md5, true);
-    add("Recorded size", file.size === null || file.size === undefined ? null : grouped(file.size) + " bytes");
+    add("Recorded size", file.size === undefined ? "" : grouped(file.size) + " bytes");
     add("Found at", file.path, true);
-    add("Confidence", file.state === "found" ? file.confidence_text : null);
+    add("Confidence", file.confidence_text);
     add("Archive", file.archived_text);
     add("Why not", file.message);
     return list;

@@ -259,6 +259,27 @@ class Report(unittest.TestCase):
         self.browser.press("Enter", 13)
         self.assertIsNone(self.browser.run(journal))
 
+    def test_shows_events_of_every_kind(self):
+        folder = self.folder.name
+        names = {"path": self.quiver, "symbol_file": {"path": "/ci/none.debug"},
+                 "sources": [{"path": "/ci/work/src/zebra.c"}]}
+        with open(folder + "/kinds.json", "w", encoding="utf-8") as file:
+            json.dump({"modules": [names]}, file)
+        server = "http://127.0.0.1:9/none"  # nobody listens
+        subprocess.run([self.quiver, "resolve", folder + "/kinds.json", "--map",
+                        "/ci/work/src=" + folder + "/checkout", "--symbol-path",
+                        "srv*" + folder + "/cache*" + server, "--report", folder + "/kinds.html"],
+                       capture_output=True, check=False)
+        self.browser.open(folder + "/kinds.html")
+        self.browser.run("document.querySelectorAll('tr.file button').forEach(b => b.click())")
+        journals = self.browser.run(
+            "[...document.querySelectorAll('tr.journal')].map(row => row.textContent)")
+        self.assertIn(server, journals[1])
+        self.assertIn("Step 5: around the binary", journals[1])
+        self.assertIn("Not found", journals[1])
+        self.assertIn("Suggestions", journals[2])
+        self.assertIn("Step 6: low-priority directories \u00b7\u00a0not run", journals[2])
+
     def test_keeps_a_journal_open_when_rows_are_sorted(self):
         self.filter("/src/")
         self.click("tr.file button")

@@ -94,7 +94,7 @@ std::string output(const ResolveOptions& options, const Resolution& resolution) 
   using Json = nlohmann::ordered_json;
   if (!options.isJson)
     return summaryText(resolution);
-  return resolutionDocument(resolution, false)
+  return resolutionDocument(resolution, true)
              .dump(kIndent, ' ', false, Json::error_handler_t::replace) +
          "\n";
 }
