@@ -26,7 +26,7 @@ inline constexpr const char* kFindDescription = "Finds a file by its recorded na
 
 inline constexpr const char* kFindExamples =
     "The path goes to standard output, everything else to standard error.\n"
-    "Exit status: 0 found, 1 not found, 2 usage or output error.\n"
+    "Exit status: 0 found, 1 not found, 2 usage or output error, 130 stopped by Ctrl-C.\n"
     "\n"
     "The steps, in this order, until a file is found:\n"
     "  1  archive directories         the archive of --result; --archive\n"

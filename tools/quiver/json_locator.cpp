@@ -11,8 +11,9 @@ namespace {
 
 using Json = nlohmann::json;
 
-// Each takes memory, in the parser too; a document that means something has few.
+// Each takes memory, many times that of its text; a document that means something has fewer.
 constexpr std::size_t kMostLevels = 100;
+constexpr std::size_t kMostValues = 4'000'000;
 
 /// Walks a text and tells how many bytes the parser has taken of it.
 class CountingIterator {
@@ -133,19 +134,24 @@ class Walk final : public nlohmann::json_sax<Json> {
     return m_sought && m_levels.size() == m_soughtDepth && *m_sought == pointer();
   }
 
-  bool value() {
+  /// Returns false when the walk ends here.
+  bool takeValue() {
     if (isSought()) {
       m_found = begin();
       return false;
     }
+    return ++m_values <= kMostValues ||
+           refuse(begin(), "there are more than " + std::to_string(kMostValues) + " values");
+  }
+  bool value() {
+    if (!takeValue())
+      return false;
     next();
     return true;
   }
   bool open(bool isArray) {
-    if (isSought()) {
-      m_found = begin();
+    if (!takeValue())
       return false;
-    }
     if (m_levels.size() == kMostLevels)
       return refuse(begin(), "there are more than " + std::to_string(kMostLevels) + " levels");
     m_levels.push_back({isArray, 0, {}, {}});
@@ -166,6 +172,7 @@ class Walk final : public nlohmann::json_sax<Json> {
   std::string_view m_text;
   const std::string* m_sought;
   std::size_t m_soughtDepth = 0;
+  std::size_t m_values = 0;
   const char* m_taken = nullptr;
   const char* m_end = nullptr;
   std::vector<Level> m_levels;

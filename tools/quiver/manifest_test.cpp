@@ -221,6 +221,12 @@ TEST(ManifestReader, RefusesDeepNesting) {
             "(none)");
 }
 
+TEST(ManifestReader, RefusesMillionsOfValues) {
+  const std::string many = "{\"modules\":[],\"x\":[" + repeated("0,", 3'999'997);
+  EXPECT_EQ(complaintAbout(many + "0]}").substr(0, 19), "line 1, column 8000") << "one too many";
+  EXPECT_EQ(complaintAbout(many.substr(0, many.size() - 1) + "]}"), "(none)");
+}
+
 TEST(ManifestReader, ReadsFiles) {
   quiver_test::TempTree files;
   EXPECT_EQ(readManifest(files.addFile("m.json", kWhole)).modules.size(), 1u);

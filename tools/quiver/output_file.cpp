@@ -104,10 +104,10 @@ std::string refusalOfRegular(const fs::path& path) {
 std::string outputObstacle(const std::wstring& path) {
   const fs::path native = toNativePath(path);
   std::error_code ignored;
-  if (native.empty() || !native.has_filename())
-    return "it names no file";
   if (fs::is_directory(native, ignored))
     return "it is a directory";
+  if (!native.has_filename())
+    return "it names no file";
   if (isThere(native) && !isRegular(native))
     return "";
   if (isThere(native)) {

@@ -1,8 +1,10 @@
 // `quiver resolve` on a terminal: its progress bar, and Ctrl-C.
 
 #include <filesystem>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <sys/resource.h>
 
 #include <gmock/gmock.h>
 
@@ -10,6 +12,7 @@
 
 #include "program_fixture.h"
 #include "program_on_terminal.h"
+#include "run_program.h"
 
 namespace quiver_tool {
 namespace {
@@ -28,6 +31,22 @@ TEST_F(ResolvingPosix, ShowsHowFarItIsAndWipesItOut) {
   EXPECT_EQ(program.waitForEnd(), 1);
   EXPECT_THAT(program.shown(), HasSubstr("[                        ]  0 of 2  "));
   EXPECT_THAT(program.shown(), HasSubstr(" \rbinaries"));
+}
+
+TEST_F(ResolvingPosix, KeepsTheFormerReportWhenTheNewOneDoesNotFit) {
+  const std::string manifest = add("m.json", R"({"modules": []})");
+  const std::string report = add("r.html", "before");
+  rlimit former{};
+  ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &former), 0);
+  const rlimit small{10'000, former.rlim_max};
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+  const RunResult run = runProgram({"resolve", manifest, "--report", report});
+  ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &former), 0);
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.err, "quiver: cannot write the report " + report + ": File too large\n");
+  EXPECT_EQ(std::filesystem::file_size(report), 6u);
+  const std::filesystem::directory_iterator entries(path("."));
+  EXPECT_EQ(std::distance(begin(entries), end(entries)), 2) << "something is left behind";
 }
 
 TEST_F(ResolvingPosix, GivesADownloadUpAndReportsWhatWasDone) {
