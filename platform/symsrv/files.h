@@ -58,6 +58,9 @@ class NewFile final : public IByteSource, public IByteSink {
   /// Adds to the end. Returns false when the system did not take everything.
   bool write(const void* bytes, std::size_t count) override;
 
+  /// Returns true when the system did not read what was written.
+  bool isUnreadable() const { return m_isUnreadable; }
+
   /// Takes everything back, to begin anew.
   bool clear();
 
@@ -66,10 +69,13 @@ class NewFile final : public IByteSource, public IByteSink {
   bool publish(const std::string& name);
 
  private:
+  friend class Folder;
+
   std::shared_ptr<Folder> m_folder;
   std::string m_name;  // empty once published
   std::intptr_t m_handle;
   std::uint64_t m_size = 0;
+  bool m_isUnreadable = false;
 };
 
 /// A folder below the root of a store.

@@ -6,10 +6,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "paku/file_descriptor_posix.h"
+#include "paku/uninterrupted_posix.h"
 #include "symsrv/files.h"
 
 namespace symsrv_1_0::internal {
 namespace {
+
+using PAKU_3_1::internal::FileDescriptor;
+using PAKU_3_1::internal::uninterrupted;
 
 int descriptor(std::intptr_t handle) {
   return static_cast<int>(handle);
@@ -18,9 +23,8 @@ int descriptor(std::intptr_t handle) {
 bool readAt(int fd, std::uint64_t offset, void* to, std::size_t count) {
   char* next = static_cast<char*>(to);
   while (count > 0) {
-    const ssize_t got = pread(fd, next, count, static_cast<off_t>(offset));
-    if (got < 0 && errno == EINTR)
-      continue;
+    const ssize_t got =
+        uninterrupted([&] { return pread(fd, next, count, static_cast<off_t>(offset)); });
     if (got <= 0)
       return false;
     next += got;
@@ -35,16 +39,14 @@ std::unique_ptr<FileSource> openAt(int folder, const std::string& name, Links li
     return nullptr;
   const int noLink = links == Links::kRefuse ? O_NOFOLLOW : 0;
   // Without waiting: the name may be that of a pipe.
-  const int fd =
-      openat(folder, name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | noLink);
-  if (fd < 0)
-    return nullptr;
+  const int flags = O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY | noLink;
+  FileDescriptor fd(uninterrupted([&] { return openat(folder, name.c_str(), flags); }));
   struct stat status {};
-  if (fstat(fd, &status) != 0 || !S_ISREG(status.st_mode)) {
-    close(fd);
+  if (!fd || fstat(fd.get(), &status) != 0 || !S_ISREG(status.st_mode))
     return nullptr;
-  }
-  return std::make_unique<FileSource>(fd, static_cast<std::uint64_t>(status.st_size));
+  auto source = std::make_unique<FileSource>(fd.get(), static_cast<std::uint64_t>(status.st_size));
+  fd.release();
+  return source;
 }
 
 /// Makes the folder with all that lead to it.
@@ -75,22 +77,25 @@ NewFile::NewFile(std::shared_ptr<Folder> folder, std::string name, std::intptr_t
     : m_folder(std::move(folder)), m_name(std::move(name)), m_handle(handle) {}
 
 NewFile::~NewFile() {
-  close(descriptor(m_handle));
+  if (m_handle >= 0)
+    close(descriptor(m_handle));
   if (!m_name.empty())
     m_folder->remove(m_name);
 }
 
 bool NewFile::read(std::uint64_t offset, void* to, std::size_t count) {
-  return offset <= m_size && count <= m_size - offset &&
-         readAt(descriptor(m_handle), offset, to, count);
+  if (offset > m_size || count > m_size - offset)
+    return false;
+  const bool isRead = readAt(descriptor(m_handle), offset, to, count);
+  m_isUnreadable = m_isUnreadable || !isRead;
+  return isRead;
 }
 
 bool NewFile::write(const void* bytes, std::size_t count) {
   const char* next = static_cast<const char*>(bytes);
   while (count > 0) {
-    const ssize_t put = pwrite(descriptor(m_handle), next, count, static_cast<off_t>(m_size));
-    if (put < 0 && errno == EINTR)
-      continue;
+    const ssize_t put = uninterrupted(
+        [&] { return pwrite(descriptor(m_handle), next, count, static_cast<off_t>(m_size)); });
     if (put <= 0)
       return false;
     next += put;
@@ -102,12 +107,13 @@ bool NewFile::write(const void* bytes, std::size_t count) {
 
 bool NewFile::clear() {
   m_size = 0;
-  return ftruncate(descriptor(m_handle), 0) == 0;
+  return uninterrupted([this] { return ftruncate(descriptor(m_handle), 0); }) == 0;
 }
 
 bool NewFile::publish(const std::string& name) {
   const int folder = descriptor(m_folder->m_handle);
-  const bool isFlushed = fsync(descriptor(m_handle)) == 0 || errno == EINVAL;
+  const bool isFlushed =
+      uninterrupted([this] { return fsync(descriptor(m_handle)); }) == 0 || errno == EINVAL;
   if (!isFlushed || renameat(folder, m_name.c_str(), folder, name.c_str()) != 0)
     return false;
   m_name.clear();
@@ -124,20 +130,24 @@ std::shared_ptr<Folder> Folder::open(const std::string& root,
   const mode_t mode = access == Access::kPrivate ? 0700 : 0777;
   if (missing == Missing::kMake)
     makeAll(root, mode);
-  int fd = ::open(root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+  FileDescriptor fd(uninterrupted([&] { return ::open(root.c_str(), flags); }));
   std::string path = root;
   const int noLink = links == Links::kRefuse ? O_NOFOLLOW : 0;
   for (const std::string& name : names) {
-    if (fd < 0)
+    if (!fd)
       return nullptr;
     if (missing == Missing::kMake)
-      mkdirat(fd, name.c_str(), mode);
-    const int next = openat(fd, name.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | noLink);
-    close(fd);
-    fd = next;
+      mkdirat(fd.get(), name.c_str(), mode);
+    fd = FileDescriptor(
+        uninterrupted([&] { return openat(fd.get(), name.c_str(), flags | noLink); }));
     path += (path.back() == '/' ? "" : "/") + name;
   }
-  return fd < 0 ? nullptr : std::make_shared<Folder>(std::move(path), fd, access);
+  if (!fd)
+    return nullptr;
+  auto folder = std::make_shared<Folder>(std::move(path), fd.get(), access);
+  fd.release();
+  return folder;
 }
 
 void Folder::removeEmpty(const std::string& root, std::vector<std::string> names) {
@@ -167,14 +177,18 @@ bool Folder::remove(const std::string& name) const {
 }
 
 std::unique_ptr<NewFile> Folder::create(const std::string& name) {
-  std::string temporary = temporaryName(name);
-  const int fd = openat(descriptor(m_handle),
-                        temporary.c_str(),
-                        O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                        m_access == Access::kPrivate ? 0600 : 0666);
-  if (fd < 0)
-    return nullptr;
-  return std::make_unique<NewFile>(shared_from_this(), std::move(temporary), fd);
+  // Before the file: who has no memory for it afterwards would leave it behind.
+  auto file = std::make_unique<NewFile>(shared_from_this(), temporaryName(name), -1);
+  file->m_handle = uninterrupted([&] {
+    return openat(descriptor(m_handle),
+                  file->m_name.c_str(),
+                  O_RDWR | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                  m_access == Access::kPrivate ? 0600 : 0666);
+  });
+  if (file->m_handle >= 0)
+    return file;
+  file->m_name.clear();
+  return nullptr;
 }
 
 bool isAbsolutePath(const std::string& path) {

@@ -1,5 +1,7 @@
 // Links, pipes and the rights of others.
 
+#include <csignal>
+#include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <gtest/gtest.h>
@@ -78,6 +80,45 @@ TEST(FilesOnPosix, PrivateOnesAreForTheUserAlone) {
   EXPECT_FALSE(isPrivateFolder(root));
   tree.addLink("link", "new/cache/a");
   EXPECT_FALSE(isPrivateFolder(utf8(tree.path("link"))));
+}
+
+/// Files grow no further than this while it is there.
+class ScopedFileLimit final {
+ public:
+  explicit ScopedFileLimit(rlim_t size) : m_formerHandler(signal(SIGXFSZ, SIG_IGN)) {
+    getrlimit(RLIMIT_FSIZE, &m_former);
+    const rlimit limit{size, m_former.rlim_max};
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+  }
+  ~ScopedFileLimit() {
+    setrlimit(RLIMIT_FSIZE, &m_former);
+    signal(SIGXFSZ, m_formerHandler);
+  }
+
+  ScopedFileLimit(const ScopedFileLimit&) = delete;
+  ScopedFileLimit& operator=(const ScopedFileLimit&) = delete;
+
+ private:
+  rlimit m_former{};
+  sighandler_t m_formerHandler;
+};
+
+TEST(FilesOnPosix, WhatIsNotTakenWholeIsNoSuccess) {
+  TempTree tree;
+  const auto folder = Folder::open(utf8(tree.root()), {}, Folder::Missing::kRefuse, Links::kRefuse);
+  const std::unique_ptr<NewFile> file = folder->create("a");
+  const std::string text(800, 'x');
+  bool isTaken[3];
+  {
+    const ScopedFileLimit limit(1000);
+    for (bool& taken : isTaken) taken = file->write(text.data(), text.size());
+  }
+  EXPECT_TRUE(isTaken[0]);
+  EXPECT_FALSE(isTaken[1]) << "a part was taken";
+  EXPECT_FALSE(isTaken[2]) << "nothing was taken";
+  EXPECT_EQ(file->size(), 1000u);
+  EXPECT_TRUE(file->clear() && file->write(text.data(), text.size()) && file->publish("a"));
+  EXPECT_EQ(folder->read("a", Links::kRefuse)->size(), 800u);
 }
 
 TEST(FilesOnPosix, TheRunningProgramIsOne) {

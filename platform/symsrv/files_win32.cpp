@@ -106,8 +106,11 @@ NewFile::~NewFile() {
 }
 
 bool NewFile::read(std::uint64_t offset, void* to, std::size_t count) {
-  return m_handle != 0 && offset <= m_size && count <= m_size - offset &&
-         readAt(m_handle, offset, to, count);
+  if (m_handle == 0 || offset > m_size || count > m_size - offset)
+    return false;
+  const bool isRead = readAt(m_handle, offset, to, count);
+  m_isUnreadable = m_isUnreadable || !isRead;
+  return isRead;
 }
 
 bool NewFile::write(const void* bytes, std::size_t count) {
