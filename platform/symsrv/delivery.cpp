@@ -104,6 +104,12 @@ Delivery::Outcome Delivery::stop(Outcome outcome, std::string reason) {
   return outcome;
 }
 
+/// Returns false when a store did not give back what it took: then nothing was judged.
+bool Delivery::isReadable() const {
+  const auto isBad = [](const Slot& slot) { return slot.file->isUnreadable(); };
+  return !(m_raw && m_raw->isUnreadable()) && std::none_of(m_slots.begin(), m_slots.end(), isBad);
+}
+
 /// In the furthest store, which keeps what is compressed.
 bool Delivery::openRaw() {
   for (; hasSlot(); m_slots.pop_back()) {
@@ -158,7 +164,7 @@ DeliveryResult Delivery::deliver(IByteSource& source) {
     if (outcome == Outcome::kDone)
       return {publishOthers(isCompressed), {}};
     if (outcome == Outcome::kWrong)
-      return {{}, m_reason};
+      return {{}, m_reason, isReadable()};
     m_slots.erase(m_slots.begin() + static_cast<std::ptrdiff_t>(failed));
   }
   return {{}, m_reason.empty() ? "no store can be written" : m_reason, false};

@@ -72,6 +72,7 @@ class Delivery final {
   Outcome publishNearest();
   std::string publishOthers(bool isCompressed);
   Outcome stop(Outcome outcome, std::string reason);
+  bool isReadable() const;
 
   std::vector<DirectoryStore> m_stores;
   std::optional<DirectoryStore> m_spare;
