@@ -70,7 +70,7 @@ bool notifiesOfChanges(int directory) {
              std::end(kTrusted);
 }
 
-bool hasMountBelow(int directory) {
+bool hasMountBelow(int directory) try {
   const std::string path = pathOf(directory);
   std::ifstream table("/proc/self/mountinfo");
   if (path.empty() || !table)
@@ -86,7 +86,9 @@ bool hasMountBelow(int directory) {
     if (const std::string plain = unescaped(point); plain != "/" && plain.starts_with(prefix))
       return true;
   }
-  return table.bad();  // the rest is not known
+  return false;
+} catch (const std::ios_base::failure&) {
+  return true;  // the rest of the table is not known
 }
 
 bool ignoresCase(int directory) {

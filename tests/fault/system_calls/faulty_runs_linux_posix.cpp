@@ -19,8 +19,8 @@
 
 #include <gtest/gtest.h>
 
-#include "fault/failing_calls.h"
-#include "fault/faulty_runs.h"
+#include "fault/system_calls/failing_calls.h"
+#include "fault/system_calls/faulty_runs.h"
 
 // Of the address sanitizer's build; null in others.
 extern "C" int __lsan_do_recoverable_leak_check() __attribute__((weak));
@@ -89,11 +89,16 @@ class Run final {
   void go() {
     m_call.prepare();
     const std::set<std::string> before = openDescriptors();
-    judge(askWithFaults());
+    {
+      const SystemCallSeam seam(m_shared.script);
+      ask();
+    }
+    judge();
     complain(m_call.complaint(m_shared.script));
     m_call.recover(m_shared.script);
-    if (const Answer answer = askSafely(); answer != Answer::kRight)
-      complain(answer == Answer::kWrong ? "a wrong answer afterwards" : "no answer afterwards");
+    ask();
+    if (const Answer last = answer(); last != Answer::kRight)
+      complain(last == Answer::kWrong ? "a wrong answer afterwards" : "no answer afterwards");
     complain(m_call.laterComplaint());
     m_call.release();
     for (const std::string& left : openDescriptors())
@@ -105,32 +110,28 @@ class Run final {
   }
 
  private:
-  Answer askWithFaults() {
-    const SystemCallSeam seam(m_shared.script);
-    return askSafely();
-  }
-
-  Answer askSafely() {
+  void ask() {
+    m_hasThrown = true;
     try {
-      return m_call.ask();
+      m_call.ask();
+      m_hasThrown = false;
     } catch (const std::bad_alloc&) {
-      return Answer::kNothing;
     } catch (const std::exception& error) {
-      m_exception = error.what();
+      complain(std::string("an exception: ") + error.what());
     }
-    return Answer::kNothing;
   }
 
-  void judge(Answer answer) {
+  Answer answer() { return m_hasThrown ? Answer::kNothing : m_call.answer(); }
+
+  void judge() {
     const FaultScript& script = m_shared.script;
-    if (!m_exception.empty())
-      complain("an exception: " + m_exception);
+    const Answer first = answer();
     if (script.unknownCall != 0)
       complain("a call that the seam does not know: " + std::to_string(script.unknownCall));
-    if (answer == Answer::kWrong)
+    if (first == Answer::kWrong)
       complain("a wrong answer");
     const bool isMinor = script.struck == 0 || isToBeOvercome(script.error);
-    if (answer == Answer::kNothing && isMinor)
+    if (first == Answer::kNothing && isMinor)
       complain("no answer");
   }
 
@@ -141,7 +142,7 @@ class Run final {
 
   FaultyCall& m_call;
   Shared& m_shared;
-  std::string m_exception;
+  bool m_hasThrown = false;
   std::string m_complaints;
 };
 

@@ -15,7 +15,8 @@
 #include "paku/md5_memo.h"
 #include "paku/tree_registry.h"
 
-#include "fault/faulty_runs.h"
+#include "fault/system_calls/faulty_runs.h"
+#include "fault/system_calls/runs_tree.h"
 #include "quiver/quiver.h"
 #include "support/scoped_environment.h"
 #include "support/temp_tree.h"
@@ -83,15 +84,19 @@ class Lookup final : public FaultyCall {
       changeWhatIsKnown();
   }
 
-  Answer ask() override {
+  void ask() override {
     const ObjectPtr<IChecksum> recorded =
         IChecksumCalculator::create()->createChecksum(ctMD5, kMd5OfRight);
     ChecksumValidator check(m_row.category, recorded);
-    const ObjectPtr<IValidFile> file = find(L"C:\\build\\src\\app.x", &check);
+    m_file = nullptr;
+    m_file = find(L"C:\\build\\src\\app.x", &check);
+  }
+
+  Answer answer() override {
     // What could not be read is offered as what it is: unconfirmed.
-    if (!file || file->getConfidenceLevel() != 0)
+    if (!m_file || m_file->getConfidenceLevel() != 0)
       return Answer::kNothing;
-    return file->getPath() == path(kRight) ? Answer::kRight : Answer::kWrong;
+    return m_file->getPath() == path(kRight) ? Answer::kRight : Answer::kWrong;
   }
 
   /// Who says that something is gone or closed to us has said so in a notice too.
@@ -111,6 +116,7 @@ class Lookup final : public FaultyCall {
 
   void release() override {
     TreeRegistry::instance().clear();
+    m_file = nullptr;
     m_search = nullptr;
     m_own.reset();
   }
@@ -159,21 +165,21 @@ class Lookup final : public FaultyCall {
   const TempTree& m_shared;
   std::optional<TempTree> m_own;  // of a run that changes it
   ObjectPtr<IFileSearch> m_search;
+  ObjectPtr<IValidFile> m_file;
 };
 
 class LookupFaultInjectionLinux : public testing::TestWithParam<Row> {
  protected:
-  LookupFaultInjectionLinux() { addDirectories(m_tree); }
+  LookupFaultInjectionLinux() { addDirectories(m_tree.get()); }
 
-  TempTree m_tree;  // trees of single runs lie in it too, also of those that crash
-  ScopedVariable m_temporary{"TMPDIR", m_tree.root()};
+  RunsTree m_tree;
   ScopedVariable m_path{"PATH"};
   ScopedVariable m_systemRoot{"SYSTEMROOT"};
   ScopedVariable m_symbolPath{"_NT_SYMBOL_PATH"};
 };
 
 TEST_P(LookupFaultInjectionLinux, AnswersRightOrNotAtAll) {
-  Lookup lookup(GetParam(), m_tree);
+  Lookup lookup(GetParam(), m_tree.get());
   runWithFaults({GetParam().title}, lookup);
 }
 

@@ -3,7 +3,7 @@
 #include <cerrno>
 #include <sys/syscall.h>
 
-#include "fault/failing_calls.h"
+#include "fault/system_calls/failing_calls.h"
 
 namespace quiver_test {
 namespace {
@@ -35,7 +35,6 @@ constexpr Row kRows[] = {
     {SYS_statfs, "statfs", Subject::kFile, {EIO, EINTR}},
     {SYS_fstatfs, "fstatfs", Subject::kFile, {EIO, EINTR}},
     {SYS_ioctl, "ioctl", Subject::kFile, {EIO}},
-    {SYS_fcntl, "fcntl", Subject::kFile, {EMFILE, EINTR}},
     {SYS_getdents64, "getdents64", Subject::kFile, {ENOENT, EIO, EINTR, kShort}},
     {SYS_read, "read", Subject::kFile, {EIO, EINTR, kShort}},
     {SYS_pread64, "pread64", Subject::kFile, {EIO, EINTR, kShort}},
@@ -71,6 +70,7 @@ constexpr Row kRows[] = {
     {SYS_poll, "poll", Subject::kTransfer, {EINTR, ENOMEM}},
     {SYS_ppoll, "ppoll", Subject::kTransfer, {EINTR, ENOMEM}},
     {SYS_socket, "socket", Subject::kTransfer, {EACCES, EMFILE}},
+    {SYS_fcntl, "fcntl", Subject::kTransfer, {EMFILE, EINTR}},
     {SYS_socketpair, "socketpair", Subject::kTransfer, {EMFILE}},
     {SYS_connect, "connect", Subject::kTransfer, {EACCES, ECONNREFUSED}},
     {SYS_getsockopt, "getsockopt", Subject::kTransfer, {ENOMEM}},

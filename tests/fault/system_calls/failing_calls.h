@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <span>
 
-#include "fault/system_call_seam.h"
+#include "fault/system_calls/system_call_seam.h"
 
 namespace quiver_test {
 

@@ -9,7 +9,7 @@
 
 #include <string>
 
-#include "fault/system_call_seam.h"
+#include "fault/system_calls/system_call_seam.h"
 
 namespace quiver_test {
 
@@ -23,8 +23,10 @@ class FaultyCall {
 
   /// Makes everything as it is before the call.
   virtual void prepare() {}
-  /// The call. Once with the fault, then again without.
-  virtual Answer ask() = 0;
+  /// The call, with the fault and then again without.
+  virtual void ask() = 0;
+  /// Returns what the last one came to, unless it threw.
+  virtual Answer answer() = 0;
   /// Returns what is wrong with what lies on disk now. Empty for nothing.
   virtual std::string complaint(const FaultScript&) { return {}; }
   /// What happens between the two: the world becomes as it was, and those who can say so do.

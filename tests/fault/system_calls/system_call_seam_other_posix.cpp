@@ -1,6 +1,6 @@
 // Machines for which nobody has written the seam.
 
-#include "fault/system_call_seam.h"
+#include "fault/system_calls/system_call_seam.h"
 
 namespace quiver_test {
 

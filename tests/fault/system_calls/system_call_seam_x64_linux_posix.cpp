@@ -13,8 +13,8 @@
 #include <ucontext.h>
 #include <unistd.h>
 
-#include "fault/failing_calls.h"
-#include "fault/system_call_seam.h"
+#include "fault/system_calls/failing_calls.h"
+#include "fault/system_calls/system_call_seam.h"
 
 // The one place from where calls pass. The handler returns from there too: it is a call as well.
 asm(R"(
