@@ -128,6 +128,10 @@ bool isPrivateFolder(const std::string& path);
 /// Returns the path for the standard library.
 std::filesystem::path standardPath(const std::string& path);
 
+/// Returns the paths of what lies in a folder; empty when it cannot be read. The iterators of the
+/// standard library end the process when they lack memory.
+std::vector<std::string> pathsIn(const std::string& folder);
+
 /// Returns the last name of a path.
 std::string fileNameOf(const std::filesystem::path& path);
 

@@ -2,7 +2,9 @@
 // leads elsewhere.
 
 #include <cerrno>
+#include <dirent.h>
 #include <fcntl.h>
+#include <new>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -204,6 +206,20 @@ bool isPrivateFolder(const std::string& path) {
 
 std::filesystem::path standardPath(const std::string& path) {
   return path;
+}
+
+std::vector<std::string> pathsIn(const std::string& folder) {
+  errno = 0;
+  const std::unique_ptr<DIR, int (*)(DIR*)> open(opendir(folder.c_str()), &closedir);
+  if (!open && errno == ENOMEM)
+    throw std::bad_alloc();
+  std::vector<std::string> paths;
+  while (const dirent* entry = open ? readdir(open.get()) : nullptr) {
+    const std::string name = entry->d_name;
+    if (name != "." && name != "..")
+      paths.push_back(folder + (folder.back() == '/' ? "" : "/") + name);
+  }
+  return paths;
 }
 
 std::string fileNameOf(const std::filesystem::path& path) {

@@ -84,7 +84,12 @@ std::unique_ptr<FileSource> FileSource::open(const std::string& path, Links link
     CloseHandle(handle);
     return nullptr;
   }
-  return std::make_unique<FileSource>(reinterpret_cast<std::intptr_t>(handle), size);
+  try {
+    return std::make_unique<FileSource>(reinterpret_cast<std::intptr_t>(handle), size);
+  } catch (...) {
+    CloseHandle(handle);
+    throw;
+  }
 }
 
 FileSource::~FileSource() {
@@ -101,8 +106,13 @@ NewFile::NewFile(std::shared_ptr<Folder> folder, std::string name, std::intptr_t
 NewFile::~NewFile() {
   if (m_handle != 0)
     CloseHandle(handleOf(m_handle));
-  if (!m_name.empty())
+  if (m_name.empty())
+    return;
+  try {
     m_folder->remove(m_name);
+  } catch (const std::bad_alloc&) {
+    // It stays for the next sweep: without memory it has no path.
+  }
 }
 
 bool NewFile::read(std::uint64_t offset, void* to, std::size_t count) {
@@ -209,7 +219,8 @@ std::unique_ptr<NewFile> Folder::create(const std::string& name) {
   static_cast<void>(m_access);  // a folder's list of rights is inherited
   static_cast<void>(m_handle);
   std::string temporary = temporaryName(name);
-  const HANDLE handle = CreateFileW(systemPath(pathOf(temporary)).c_str(),
+  const std::wstring path = systemPath(pathOf(temporary));
+  const HANDLE handle = CreateFileW(path.c_str(),
                                     GENERIC_READ | GENERIC_WRITE,
                                     FILE_SHARE_READ,
                                     nullptr,
@@ -218,8 +229,14 @@ std::unique_ptr<NewFile> Folder::create(const std::string& name) {
                                     nullptr);
   if (handle == INVALID_HANDLE_VALUE)
     return nullptr;
-  return std::make_unique<NewFile>(
-      shared_from_this(), std::move(temporary), reinterpret_cast<std::intptr_t>(handle));
+  try {
+    return std::make_unique<NewFile>(
+        shared_from_this(), std::move(temporary), reinterpret_cast<std::intptr_t>(handle));
+  } catch (...) {
+    CloseHandle(handle);
+    DeleteFileW(path.c_str());
+    throw;
+  }
 }
 
 bool isAbsolutePath(const std::string& path) {
@@ -237,6 +254,26 @@ bool isPrivateFolder(const std::string& path) {
 
 std::filesystem::path standardPath(const std::string& path) {
   return systemPath(path);
+}
+
+std::vector<std::string> pathsIn(const std::string& folder) {
+  struct Close {
+    using pointer = HANDLE;
+    void operator()(HANDLE search) const { FindClose(search); }
+  };
+  std::vector<std::string> paths;
+  WIN32_FIND_DATAW entry{};
+  const std::wstring pattern = systemPath(joined(folder, "*"));
+  const HANDLE first = FindFirstFileW(pattern.c_str(), &entry);
+  if (first == INVALID_HANDLE_VALUE)
+    return paths;
+  const std::unique_ptr<HANDLE, Close> search(first);
+  do {
+    std::string name;
+    if (PAKU_3_1::encode(entry.cFileName, name) && name != "." && name != "..")
+      paths.push_back(joined(folder, name));
+  } while (FindNextFileW(search.get(), &entry));
+  return paths;
 }
 
 std::string fileNameOf(const std::filesystem::path& path) {
