@@ -95,10 +95,8 @@ void MissMemory::sweep(const DirectoryStore& store) const {
   const std::shared_ptr<Folder> folder = store.notes(Folder::Missing::kRefuse);
   if (!folder)
     return;
-  std::error_code error;
-  std::filesystem::directory_iterator entry(standardPath(folder->pathOf({})), error), end;
-  for (; !error && entry != end; entry.increment(error)) {
-    const std::string name = fileNameOf(entry->path());
+  for (const std::string& path : pathsIn(folder->pathOf({}))) {
+    const std::string name = fileNameOf(standardPath(path));
     if (name.size() != 16 + kSuffix.size() || name.substr(16) != kSuffix)
       continue;
     const std::optional<Miss> miss = readMiss(*folder, name);

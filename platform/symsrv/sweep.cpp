@@ -38,25 +38,32 @@ bool takeTurn(const DirectoryStore& store) {
   return file && file->publish(kStamp);
 }
 
+/// Removes a file that is left over. Returns what there was.
+fs::file_type sweepOne(const fs::path& path, std::chrono::seconds age) {
+  std::error_code error;
+  const fs::file_type type = fs::symlink_status(path, error).type();
+  if (type == fs::file_type::regular && isTemporaryName(fileNameOf(path)) && isOlder(path, age))
+    fs::remove(path, error);
+  return type;
+}
+
 }  // namespace
 
 void sweepTemporaries(const DirectoryStore& store, std::chrono::seconds age) {
   if (!takeTurn(store))
     return;
-  std::error_code error;
-  fs::recursive_directory_iterator entry(
-      standardPath(store.root()), fs::directory_options::skip_permission_denied, error);
+  std::vector<std::pair<std::string, int>> folders = {{store.root(), 0}};
   const auto end = std::chrono::steady_clock::now() + kPatience;
-  int entries = 0;
-  for (; !error && entry != fs::recursive_directory_iterator(); entry.increment(error)) {
-    if (++entries > kMaxEntries || std::chrono::steady_clock::now() > end)
-      return;
-    std::error_code ignored;
-    if (entry.depth() >= kMaxDepth)
-      entry.disable_recursion_pending();
-    const bool isFile = fs::is_regular_file(entry->symlink_status(ignored));
-    if (isFile && isTemporaryName(fileNameOf(entry->path())) && isOlder(entry->path(), age))
-      fs::remove(entry->path(), ignored);
+  for (int entries = 0; !folders.empty();) {
+    const auto [folder, depth] = std::move(folders.back());
+    folders.pop_back();
+    for (const std::string& path : pathsIn(folder)) {
+      if (++entries > kMaxEntries || std::chrono::steady_clock::now() > end)
+        return;
+      const fs::file_type type = sweepOne(standardPath(path), age);
+      if (type == fs::file_type::directory && depth < kMaxDepth)
+        folders.emplace_back(path, depth + 1);
+    }
   }
 }
 
