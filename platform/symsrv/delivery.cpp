@@ -3,6 +3,7 @@
 #include "symsrv/delivery.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "symsrv/cabinet.h"
@@ -73,8 +74,14 @@ Delivery::Delivery(const std::vector<DirectoryStore>& stores,
 Delivery::~Delivery() {
   m_raw.reset();
   m_slots.clear();
-  if (const Place* place = m_isPublished ? nullptr : m_sought.cachePlace())
+  const Place* const place = m_isPublished ? nullptr : m_sought.cachePlace();
+  if (!place)
+    return;
+  try {
     for (const DirectoryStore& store : m_stores) store.removeEmpty(*place);
+  } catch (const std::bad_alloc&) {
+    // Empty folders may stay: they are in nobody's way.
+  }
 }
 
 void Delivery::addSlot(const DirectoryStore& store) {
