@@ -5,6 +5,7 @@
 #include <exception>
 #include <memory>
 #include <mspack.h>
+#include <new>
 
 #include "symsrv/cabinet.h"
 
@@ -23,6 +24,9 @@ struct Io {
   std::exception_ptr thrown;  // must not pass through the library
 };
 
+// By thread: the library asks for memory with copies of the table too.
+thread_local bool t_hasNoMemory = false;
+
 struct Stream {
   Io* io;
   bool isInput;
@@ -37,8 +41,9 @@ mspack_file* openStream(mspack_system* self, const char* name, int mode) {
   const bool isInput = std::strcmp(name, kInput) == 0;
   if (isInput != (mode == MSPACK_SYS_OPEN_READ))
     return nullptr;
-  return reinterpret_cast<mspack_file*>(new (std::nothrow)
-                                            Stream{reinterpret_cast<Io*>(self), isInput, 0});
+  auto* const stream = new (std::nothrow) Stream{reinterpret_cast<Io*>(self), isInput, 0};
+  t_hasNoMemory = t_hasNoMemory || !stream;
+  return reinterpret_cast<mspack_file*>(stream);
 }
 
 void closeStream(mspack_file* file) {
@@ -93,7 +98,9 @@ off_t tellStream(mspack_file* file) {
 void ignoreMessage(mspack_file*, const char*, ...) {}
 
 void* allocate(mspack_system*, std::size_t count) {
-  return std::malloc(count);
+  void* const memory = std::malloc(count);
+  t_hasNoMemory = t_hasNoMemory || !memory;
+  return memory;
 }
 
 void copyBytes(void* from, void* to, std::size_t count) {
@@ -106,8 +113,6 @@ std::string reasonOf(int error) {
       return {};
     case MSPACK_ERR_WRITE:
       return "cannot be written";
-    case MSPACK_ERR_NOMEMORY:
-      return "not enough memory";
     default:
       return "a damaged cabinet";
   }
@@ -118,10 +123,9 @@ std::string extract(mscab_decompressor* expander) {
   if (!cabinet)
     return reasonOf(expander->last_error(expander));
   const bool hasOneFile = cabinet->files && !cabinet->files->next;
-  std::string reason = hasOneFile ? reasonOf(expander->extract(expander, cabinet->files, kOutput))
-                                  : "not a cabinet of one file";
+  const int error = hasOneFile ? expander->extract(expander, cabinet->files, kOutput) : 0;
   expander->close(expander, cabinet);
-  return reason;
+  return hasOneFile ? reasonOf(error) : "not a cabinet of one file";
 }
 
 }  // namespace
@@ -141,13 +145,15 @@ std::string expandCheckedCabinet(IByteSource& cabinet, IByteSink& to) {
               nullptr};
   io.source = &cabinet;
   io.sink = &to;
-  mscab_decompressor* expander = mspack_create_cab_decompressor(&io.table);
-  if (!expander)
-    return "not enough memory";
-  std::string reason = extract(expander);
-  mspack_destroy_cab_decompressor(expander);
+  t_hasNoMemory = false;
+  const std::unique_ptr<mscab_decompressor, decltype(&mspack_destroy_cab_decompressor)> expander(
+      mspack_create_cab_decompressor(&io.table), &mspack_destroy_cab_decompressor);
+  std::string reason = expander ? extract(expander.get()) : std::string();
   if (io.thrown)
     std::rethrow_exception(io.thrown);
+  // Which says nothing of the cabinet.
+  if (!expander || t_hasNoMemory)
+    throw std::bad_alloc();
   return reason;
 }
 

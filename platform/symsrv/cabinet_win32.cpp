@@ -21,6 +21,7 @@ struct Io {
   bool hasFile = false;
   bool isRefused = false;
   bool cannotWrite = false;
+  bool hasNoMemory = false;
   std::exception_ptr thrown = {};  // must not pass through the system's code
 };
 
@@ -39,7 +40,9 @@ Stream* streamOf(INT_PTR handle) {
 }
 
 void* __cdecl allocate(ULONG count) {
-  return std::malloc(count);
+  void* const memory = std::malloc(count);
+  t_io->hasNoMemory = t_io->hasNoMemory || !memory;
+  return memory;
 }
 
 void __cdecl release(void* memory) {
@@ -48,6 +51,7 @@ void __cdecl release(void* memory) {
 
 INT_PTR newStream(bool isInput) {
   Stream* stream = new (std::nothrow) Stream{isInput, 0};
+  t_io->hasNoMemory = t_io->hasNoMemory || !stream;
   return stream ? reinterpret_cast<INT_PTR>(stream) : -1;
 }
 
@@ -144,7 +148,10 @@ std::string expandCheckedCabinet(IByteSource& cabinet, IByteSink& to) {
   t_io = nullptr;
   if (io.thrown)
     std::rethrow_exception(io.thrown);
-  return expander ? reasonOf(io, isDone) : "not enough memory";
+  // Which says nothing of the cabinet.
+  if (!expander || io.hasNoMemory)
+    throw std::bad_alloc();
+  return reasonOf(io, isDone);
 }
 
 }  // namespace symsrv_1_0::internal
