@@ -1,8 +1,10 @@
 // Finds the library by the address of a function in it.
 
+#include <cerrno>
 #include <cstdlib>
 #include <dlfcn.h>
 #include <memory>
+#include <new>
 #include <string>
 
 #include "symsrv/load_module.h"
@@ -21,6 +23,8 @@ std::string libraryDirectory() {
     return {};
   const std::unique_ptr<char, decltype(&std::free)> real(realpath(info.dli_fname, nullptr),
                                                          &std::free);
+  if (!real && errno == ENOMEM)
+    throw std::bad_alloc();
   const std::string path = real ? real.get() : "";
   return path.substr(0, path.rfind('/') + 1);
 }
