@@ -40,7 +40,8 @@ TEST_F(DownloaderOf, PlainServersElsewhereSaysOnceWhatThatMeans) {
   const ScriptedAnswer missing{.status = 404};
   const auto warnings = [this] {
     std::size_t count = 0;
-    for (const std::string& line : m_reports) count += line.find("anybody on the way") != line.npos;
+    for (const std::string& line : m_reports)
+      count += line.find("anybody on the way") != std::string::npos;
     return count;
   };
   from({"srv*" + at("a") + "*http://h/x", "srv*" + at("b") + "*http://h/y"}, {missing});
