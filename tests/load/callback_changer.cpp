@@ -51,6 +51,8 @@ void CallbackChanger::changeOnce() {
 
 template <class Callback, class Set>
 void CallbackChanger::attach(Callback* callback, const Set& set) {
+  if (callback)
+    callback->addHandler(&m_slowHandler);
   m_load.shared.change([&](IEditableSearchEnv& env) { set(env, callback); });
   m_load.counts.add(Work::kCallbackAttached);
 }

@@ -6,14 +6,24 @@
 
 #pragma once
 
-#include <functional>
+#include <chrono>
 #include <memory>
 #include <random>
+#include <thread>
 
 #include "load/load_messages.h"
 #include "load/looker.h"
 
 namespace quiver_load {
+
+/// Hears of the end of a callback before the environment does, and takes its time: meanwhile
+/// lookups find the callback there and wait.
+class SlowHandler final : public QV_2_9::IEventHandler {
+ public:
+  void onGeneratorChanged(QV_2_9::EventGenerator*) override {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+};
 
 class CallbackChanger final {
  public:
@@ -35,6 +45,7 @@ class CallbackChanger final {
   OwnLooker::Lasting& m_lasting;
   std::minstd_rand m_random;
   LoadMessages m_messages;
+  SlowHandler m_slowHandler;  // goes after the callbacks
   std::unique_ptr<LoadSearchStarted> m_started;
   std::unique_ptr<LoadFilesFound> m_filesFound;
   std::unique_ptr<LoadNoFilesFound> m_noFilesFound;

@@ -22,7 +22,7 @@ void checkAtMost(std::size_t count, std::size_t most, const std::string& what, F
 }  // namespace
 
 std::size_t allowedGrowth(std::size_t before) {
-  return 32 * kMiB + before / 4;
+  return 12 * kMiB + before / 8;
 }
 
 void checkMemory(std::size_t before, std::size_t after, Findings& findings) {
