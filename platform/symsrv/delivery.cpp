@@ -111,10 +111,12 @@ Delivery::Outcome Delivery::stop(Outcome outcome, std::string reason) {
   return outcome;
 }
 
-/// Returns false when a store did not give back what it took: then nothing was judged.
-bool Delivery::isReadable() const {
+/// Returns false when a store did not take all, or did not give it back: what speaks against the
+/// file then need not be its own fault.
+bool Delivery::isJudged() const {
   const auto isBad = [](const Slot& slot) { return slot.file->isUnreadable(); };
-  return !(m_raw && m_raw->isUnreadable()) && std::none_of(m_slots.begin(), m_slots.end(), isBad);
+  return !m_hasLostStore && !(m_raw && m_raw->isUnreadable()) &&
+         std::none_of(m_slots.begin(), m_slots.end(), isBad);
 }
 
 /// In the furthest store, which keeps what is compressed.
@@ -171,7 +173,8 @@ DeliveryResult Delivery::deliver(IByteSource& source) {
     if (outcome == Outcome::kDone)
       return {publishOthers(isCompressed), {}};
     if (outcome == Outcome::kWrong)
-      return {{}, m_reason, isReadable()};
+      return {{}, m_reason, isJudged()};
+    m_hasLostStore = true;
     m_slots.erase(m_slots.begin() + static_cast<std::ptrdiff_t>(failed));
   }
   return {{}, m_reason.empty() ? "no store can be written" : m_reason, false};

@@ -72,7 +72,7 @@ class Delivery final {
   Outcome publishNearest();
   std::string publishOthers(bool isCompressed);
   Outcome stop(Outcome outcome, std::string reason);
-  bool isReadable() const;
+  bool isJudged() const;
 
   std::vector<DirectoryStore> m_stores;
   std::optional<DirectoryStore> m_spare;
@@ -84,6 +84,7 @@ class Delivery final {
   const Folder* m_rawFolder = nullptr;
   std::string m_reason;
   bool m_isPublished = false;
+  bool m_hasLostStore = false;  // one could not be written to the end
 };
 
 }  // namespace symsrv_1_0::internal
