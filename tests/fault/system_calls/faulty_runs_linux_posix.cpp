@@ -13,6 +13,7 @@
 #include <set>
 #include <sys/mman.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -96,7 +97,8 @@ class Run final {
     judge();
     complain(m_call.complaint(m_shared.script));
     m_call.recover(m_shared.script);
-    ask();
+    // Elsewhere: a lock that was left held may let its own thread pass.
+    std::thread(&Run::ask, this).join();
     if (const Answer last = answer(); last != Answer::kRight)
       complain(last == Answer::kWrong ? "a wrong answer afterwards" : "no answer afterwards");
     complain(m_call.laterComplaint());
@@ -207,16 +209,29 @@ class RunProcess final {
   std::string m_what;
 };
 
+std::vector<Fault> faultsOf(const NotedCall& call) {
+  std::vector<Fault> faults;
+  for (const std::int32_t error : errorsOf(call.number)) {
+    if (!fits(call, error))
+      continue;
+    faults.push_back({call, error, false});
+    if (mayLast(error))
+      faults.push_back({call, error, true});
+  }
+  return faults;
+}
+
+/// Of each call as many as the build has time for, others with each call.
 std::vector<Fault> faultsOf(const std::vector<NotedCall>& calls) {
   std::vector<Fault> faults;
-  for (const NotedCall& call : calls)
-    for (const std::int32_t error : errorsOf(call.number)) {
-      if (!fits(call, error))
-        continue;
-      faults.push_back({call, error, false});
-      if (mayLast(error))
-        faults.push_back({call, error, true});
-    }
+  std::size_t first = 0;
+  for (const NotedCall& call : calls) {
+    const std::vector<Fault> possible = faultsOf(call);
+    const std::size_t count = std::min<std::size_t>(possible.size(), MOST_FAULTS_OF_A_CALL);
+    for (std::size_t i = 0; i < count; ++i)
+      faults.push_back(possible[(first + i) % possible.size()]);
+    ++first;
+  }
   return faults;
 }
 
@@ -246,7 +261,8 @@ class Runs final {
                 m_runs,
                 m_unreached,
                 taken.count());
-    EXPECT_GT(m_runs, calls.size()) << "there was nothing to fail";
+    EXPECT_GE(m_runs, calls.size());
+    EXPECT_GT(m_runs, 0u) << "there was nothing to fail";
     EXPECT_LE(m_unreached, m_settings.isSteady ? 0 : m_runs / 5);
     EXPECT_EQ(m_bad, 0u);
   }
