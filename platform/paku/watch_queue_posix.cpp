@@ -5,8 +5,8 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <fcntl.h>
-#include <fstream>
 #include <poll.h>
 
 #include "paku/uninterrupted_posix.h"
@@ -16,14 +16,21 @@ namespace {
 
 std::atomic<std::size_t> s_watches{0};
 
+/// Returns 0 when the system does not tell. Nothing here allocates: a lack of memory is no answer.
+std::size_t systemsLimit() {
+  const char* const path = "/proc/sys/fs/inotify/max_user_watches";
+  const FileDescriptor file(uninterrupted([&] { return open(path, O_RDONLY | O_CLOEXEC); }));
+  char text[32] = {};
+  if (!file || uninterrupted([&] { return ::read(file.get(), text, sizeof text - 1); }) <= 0)
+    return 0;
+  return std::strtoul(text, nullptr, 10);
+}
+
 /// Asked for until the system tells: one that has no descriptor left now will have one later.
 std::size_t halfOfTheSystemsLimit() {
   static std::atomic<std::size_t> s_limit{0};
-  if (s_limit == 0) {
-    std::size_t limit = 0;
-    std::ifstream("/proc/sys/fs/inotify/max_user_watches") >> limit;
-    s_limit = limit / 2;
-  }
+  if (s_limit == 0)
+    s_limit = systemsLimit() / 2;
   return s_limit;
 }
 
