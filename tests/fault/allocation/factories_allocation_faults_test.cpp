@@ -1,5 +1,6 @@
 // Every operation that makes an object of the library.
 
+#include <ostream>
 #include <string>
 
 #include "fault/allocation/allocation_faults.h"
@@ -16,6 +17,10 @@ struct Factory {
   const char* title;
   AnyPtr (*create)();
 };
+
+void PrintTo(const Factory& factory, std::ostream* out) {
+  *out << factory.title;
+}
 
 class Create final : public Attempt {
  public:

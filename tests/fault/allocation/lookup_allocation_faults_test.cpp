@@ -1,9 +1,13 @@
 // Lookups of each category, in walks and through the index of trees.
 
+#include <fcntl.h>
+#include <ostream>
 #include <string>
 
+#include "paku/file_descriptor_posix.h"
 #include "paku/index_settings.h"
 #include "paku/tree_registry.h"
+#include "paku/trusted_file_system_posix.h"
 
 #include "core/trace.h"
 #include "fault/allocation/allocation_faults.h"
@@ -18,6 +22,7 @@ namespace {
 
 using namespace QV_2_9;
 using PAKU_3_1::internal::IndexUse;
+using PAKU_3_1::internal::TreeRegistry;
 
 constexpr const wchar_t* kMd5OfRight = L"7c4f29407893c334a6cb7a87bf045c0d";  // of "right"
 
@@ -33,6 +38,7 @@ struct Question {
   const wchar_t* md5 = nullptr;  ///< Null: no check.
   std::wstring suggestion = L"";
   std::wstring answer = L"";  ///< Empty: nothing is to be found.
+  bool isIndexed = false;     ///< That tree is.
   bool isInOneTree = false;   ///< All that there is, in place of two trees of other priority.
 };
 
@@ -82,7 +88,13 @@ class Lookup : public Attempt {
     }
     m_answer = nullptr;
   }
-  void expectUsable() override { EXPECT_EQ(pathOf(m_searcher.ask(m_question)), m_question.answer); }
+  void expectUsable() override {
+    const std::size_t before = TreeRegistry::instance().counts().answered;
+    EXPECT_EQ(pathOf(m_searcher.ask(m_question)), m_question.answer);
+    if (m_question.isIndexed) {
+      EXPECT_GT(TreeRegistry::instance().counts().answered, before);
+    }
+  }
 
  protected:
   QuietRoutines m_routines;
@@ -105,7 +117,7 @@ class LookupAllocationFaultsPosix : public AllocationFaultsPosix {
   }
   ~LookupAllocationFaultsPosix() override {
     PAKU_3_1::internal::setIndexSettings(m_former);
-    PAKU_3_1::internal::TreeRegistry::instance().clear();
+    TreeRegistry::instance().clear();
   }
 
   void use(IndexUse use) { PAKU_3_1::internal::setIndexSettings({use, m_former.maxBytes}); }
@@ -149,18 +161,35 @@ struct Kind {
   IndexUse use;
 };
 
+void PrintTo(const Kind& kind, std::ostream* out) {
+  *out << kind.title;
+}
+
 class CategoryAllocationFaultsPosix : public LookupAllocationFaultsPosix,
-                                      public testing::WithParamInterface<Kind> {};
+                                      public testing::WithParamInterface<Kind> {
+ protected:
+  void SetUp() override {
+    LookupAllocationFaultsPosix::SetUp();
+    use(GetParam().use);
+    const bool isByIndex = GetParam().use == IndexUse::kFromFirstScan;
+    m_question = question(GetParam().category, isByIndex);
+    m_question.isIndexed = isByIndex && isTrusted();
+  }
+
+ private:
+  /// Trees on other file systems are walked.
+  bool isTrusted() const {
+    const PAKU_3_1::internal::FileDescriptor tree(
+        open(NativePath(m_tree.root()).get().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    return PAKU_3_1::internal::notifiesOfChanges(tree.get());
+  }
+};
 
 TEST_P(CategoryAllocationFaultsPosix, EndALookup) {
-  use(GetParam().use);
-  m_question = question(GetParam().category, GetParam().use == IndexUse::kFromFirstScan);
   expectNoHarm(lookup());
 }
 
 TEST_P(CategoryAllocationFaultsPosix, EndTheFirstLookupOfAProcess) {
-  use(GetParam().use);
-  m_question = question(GetParam().category, GetParam().use == IndexUse::kFromFirstScan);
   expectNoHarmInNewProcess(lookup());
 }
 
@@ -197,10 +226,9 @@ TEST_F(LookupAllocationFaultsPosix, EndALookupInATreeThatHasChanged) {
                 .name = L"/ci/new.c",
                 .answer = m_tree.path("low/changed/deep/new.c"),
                 .isInOneTree = true};
-  const std::size_t before = PAKU_3_1::internal::TreeRegistry::instance().counts().answered;
+  const std::size_t before = TreeRegistry::instance().counts().answered;
   expectNoHarm([this] { return std::make_unique<ChangedTree>(m_tree, m_question); });
-  EXPECT_GT(PAKU_3_1::internal::TreeRegistry::instance().counts().answered, before)
-      << "no index on this file system";
+  EXPECT_GT(TreeRegistry::instance().counts().answered, before) << "no index on this file system";
 }
 
 /// What began for the journal has ended, also when the lookup is broken off.
