@@ -5,6 +5,7 @@
 #include <string>
 #include <sys/mount.h>
 #include <sys/wait.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -211,6 +212,19 @@ TEST_F(TreeIndexLinux, LeavesHalfOfTheWatchesToOthers) {
   EXPECT_EQ(builtBy([&] { EXPECT_THAT(findIn(m_tree, L"x.c"), ElementsAre(L"a/x.c")); }), 0u);
   WatchBudget::giveBack(taken);
   EXPECT_EQ(builtBy([&] { findIn(m_tree, L"x.c"); }), 1u);
+}
+
+TEST_F(TreeIndexLinux, CannotBeBuiltOnOneThreadWhileAnotherDropsAll) {
+  use(IndexUse::kFromFirstScan);
+  std::size_t taken = 0;
+  while (WatchBudget::take()) ++taken;
+  std::thread other([] {
+    for (int i = 0; i < 200; ++i) TreeRegistry::instance().clear();
+  });
+  for (int i = 0; i < 200; ++i) findIn(m_tree, L"x.c", 0);
+  other.join();
+  WatchBudget::giveBack(taken);
+  EXPECT_EQ(counts().bytes, 0u);
 }
 
 TEST_F(TreeIndexLinux, GivesItsWatchesBack) {

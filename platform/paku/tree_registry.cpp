@@ -47,7 +47,7 @@ std::shared_ptr<TreeRegistry::Tree> TreeRegistry::treeOf(const FileIdentity& ide
   if (found != m_trees.end())
     m_trees.splice(m_trees.begin(), m_trees, found);
   else if (isToBeListed)
-    m_trees.push_front({identity, std::make_shared<Tree>()});
+    m_trees.push_front({identity, std::make_shared<Tree>(m_bytes)});
   else
     return nullptr;
   if (m_trees.size() > kMostTrees) {
@@ -134,24 +134,15 @@ void TreeRegistry::drop(Tree& tree) {
 }
 
 void TreeRegistry::count(Tree& tree) {
-  tree.bytes = tree.known ? tree.known->bytes() : 0;
+  const std::size_t bytes = tree.known ? tree.known->bytes() : 0;
+  m_bytes += bytes - tree.bytes.exchange(bytes);  // less wraps around, and so does the sum
   tree.entries = tree.known ? tree.known->index().entryCount() : 0;
   if (tree.known && ++tree.uses == kUsesThatProve)
     tree.scansBefore = 1;
 }
 
-std::size_t TreeRegistry::bytes() const {
-  std::size_t bytes = m_alone.bytes;
-  for (const Listed& listed : m_trees) bytes += listed.tree->bytes;
-  return bytes;
-}
-
 void TreeRegistry::makeRoom(const Tree& used, std::size_t maxBytes) {
-  const auto isTooMuch = [&] {
-    const std::lock_guard guard(m_lock);
-    return bytes() > maxBytes;
-  };
-  while (isTooMuch() && forgetOldest(used)) {
+  while (m_bytes > maxBytes && forgetOldest(used)) {
   }
 }
 
@@ -176,8 +167,11 @@ bool TreeRegistry::forgetOldest(const Tree& used) {
 }
 
 void TreeRegistry::clear() {
-  const std::lock_guard guard(m_lock);
-  m_trees.clear();
+  std::list<Listed> trees;  // go after the lock
+  {
+    const std::lock_guard guard(m_lock);
+    trees.swap(m_trees);
+  }
   const std::lock_guard alone(m_alone.lock);
   m_alone.known.reset();
   m_alone.seenAlone.clear();
@@ -187,7 +181,7 @@ void TreeRegistry::clear() {
 
 IndexCounts TreeRegistry::counts() {
   const std::lock_guard guard(m_lock);
-  IndexCounts counts{std::size_t{0}, m_alone.entries, bytes(), m_built, m_dropped, m_answered};
+  IndexCounts counts{std::size_t{0}, m_alone.entries, m_bytes, m_built, m_dropped, m_answered};
   for (const Listed& listed : m_trees) {
     counts.entries += listed.tree->entries;
     counts.trees += listed.tree->bytes != 0 ? 1u : 0u;

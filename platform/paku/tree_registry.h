@@ -53,6 +53,9 @@ class TreeRegistry final {
  private:
   /// One tree, or all directories that are searched alone.
   struct Tree {
+    explicit Tree(std::atomic<std::size_t>& all) : bytesOfAll(all) {}
+    ~Tree() { bytesOfAll -= bytes; }
+
     std::mutex lock;  // guards what follows up to the next comment
     std::unique_ptr<IKnownDirectories> known;
     unsigned user = 0;  // whose rights the index was read with
@@ -63,6 +66,7 @@ class TreeRegistry final {
     // Read without the lock.
     std::atomic<std::size_t> bytes = 0;
     std::atomic<std::size_t> entries = 0;
+    std::atomic<std::size_t>& bytesOfAll;
   };
   struct Listed {
     FileIdentity identity;
@@ -82,11 +86,13 @@ class TreeRegistry final {
   void count(Tree& tree);
   void makeRoom(const Tree& used, std::size_t maxBytes);
   bool forgetOldest(const Tree& used);
-  std::size_t bytes() const;
 
+  // Of all trees, those included that are still used and no longer listed. Every scan asks for it:
+  // not under the lock.
+  std::atomic<std::size_t> m_bytes = 0;
   std::mutex m_lock;          // guards m_trees
   std::list<Listed> m_trees;  // the one used last comes first
-  Tree m_alone;
+  Tree m_alone{m_bytes};
   std::atomic<std::size_t> m_built = 0;
   std::atomic<std::size_t> m_dropped = 0;
   std::atomic<std::size_t> m_answered = 0;
