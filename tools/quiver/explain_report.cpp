@@ -25,7 +25,7 @@ std::string candidateLines(const std::vector<StoryCandidate>& candidates,
 }
 
 std::string serverLine(const StoryServer& server) {
-  std::string text = server.element.empty() ? "symbol servers" : toBytes(server.element);
+  std::string text = server.element.empty() ? "a symbol server" : toBytes(server.element);
   text += std::string(": ") + serverWords(server.outcome);
   if (!server.detail.empty())
     text += " (" + toBytes(server.detail) + ")";

@@ -56,7 +56,7 @@ const char* serverWords(QV_2_9::journal_server_outcome_t outcome) {
     case QV_2_9::jsFailed:
       return "gave no useful answer";
     case QV_2_9::jsLeftAlone:
-      return "not asked";
+      return "was not asked";
     case QV_2_9::jsCanceled:
       break;
   }

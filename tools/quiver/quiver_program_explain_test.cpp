@@ -98,6 +98,20 @@ TEST_F(Explain, SaysWhatAStoreAnswered) {
   EXPECT_THAT((*server)["identity"].get<std::string>(), HasSubstr("tiny64.pdb/"));
 }
 
+TEST_F(Explain, SaysThatNoServerWasAskedWithoutABinary) {
+  const RunResult run = runProgram({"explain",
+                                    "sym",
+                                    "qv_absent.pdb",
+                                    "--binary",
+                                    path("absent.exe"),
+                                    "--symbol-path",
+                                    "srv*" + path("store")});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out,
+              AllOf(HasSubstr("  a symbol server: was not asked ("),
+                    HasSubstr("  - a symbol server was not asked: ")));
+}
+
 TEST_F(Explain, SaysItAsJson) {
   const std::string file = add("src/a.c", "x");
   const RunResult run =
