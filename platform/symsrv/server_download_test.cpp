@@ -206,7 +206,7 @@ TEST_F(ServerDownload, DoubtfulMissesAreNotKeptOnDisk) {
 
 TEST_F(ServerDownload, AFileThatTheCacheDidNotTakeIsNotMissing) {
   m_progress.m_isWatching = true;
-  m_tree.addFile("cache/" + key() + "/in the way");
+  for (const char* store : {"cache/", "default/"}) m_tree.addFile(store + key() + "/in the way");
   EXPECT_EQ(obtainFrom("good"), "");
   EXPECT_THAT(reports(), HasSubstr("cannot be written"));
   EXPECT_EQ(m_progress.m_stores.back().outcome, StoreOutcome::kFailed);

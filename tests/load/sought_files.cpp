@@ -47,7 +47,8 @@ std::string wrongInMoving(const std::wstring& path,
 std::string wrongInSymbol(const std::wstring& path,
                           const SoughtFile& sought,
                           const Places& places) {
-  constexpr const char* kOurs[] = {"cache", "store", "steady"};
+  // The default store takes what another could not while it was being emptied.
+  constexpr const char* kOurs[] = {"cache", "default", "store", "steady"};
   if (std::ranges::none_of(kOurs,
                            [&](const char* name) { return liesBelow(path, places.path(name)); }))
     return "it was found elsewhere";
