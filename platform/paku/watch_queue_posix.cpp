@@ -21,9 +21,14 @@ std::size_t systemsLimit() {
   const char* const path = "/proc/sys/fs/inotify/max_user_watches";
   const FileDescriptor file(uninterrupted([&] { return open(path, O_RDONLY | O_CLOEXEC); }));
   char text[32] = {};
-  if (!file || uninterrupted([&] { return ::read(file.get(), text, sizeof text - 1); }) <= 0)
-    return 0;
-  return std::strtoul(text, nullptr, 10);
+  std::size_t length = 0;
+  ssize_t count = file ? 1 : 0;
+  while (count > 0 && length < sizeof text - 1) {
+    count =
+        uninterrupted([&] { return ::read(file.get(), text + length, sizeof text - 1 - length); });
+    length += count > 0 ? static_cast<std::size_t>(count) : 0;
+  }
+  return count == 0 ? std::strtoul(text, nullptr, 10) : 0;
 }
 
 /// Asked for until the system tells: one that has no descriptor left now will have one later.

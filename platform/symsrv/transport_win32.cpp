@@ -9,6 +9,7 @@
 #include <condition_variable>
 #include <mutex>
 #include <optional>
+#include <utility>
 #include <vector>
 #include <winhttp.h>
 
@@ -165,7 +166,7 @@ class Hop final {
 
   IHopSink& m_sink;
   SharedEvents m_events = std::make_shared<Events>();
-  std::unique_ptr<Handle> m_connection;
+  std::optional<Handle> m_connection;
   HINTERNET m_request = nullptr;
   HopResult m_result{HopOutcome::kStopped, {}};
   bool m_hasBegun = false;
@@ -181,7 +182,7 @@ bool Hop::open(HINTERNET session, const HopRequest& request) {
   const std::wstring host(parts.lpszHostName, parts.dwHostNameLength);
   const std::wstring object = std::wstring(parts.lpszUrlPath, parts.dwUrlPathLength) +
                               std::wstring(parts.lpszExtraInfo, parts.dwExtraInfoLength);
-  m_connection = std::make_unique<Handle>(WinHttpConnect(session, host.c_str(), parts.nPort, 0));
+  m_connection.emplace(WinHttpConnect(session, host.c_str(), parts.nPort, 0));
   m_request =
       WinHttpOpenRequest(m_connection->get(),
                          L"GET",
@@ -287,9 +288,21 @@ HopResult Hop::run(HINTERNET session, const HopRequest& request) {
   return open(session, request) ? transfer(request) : failed(GetLastError());
 }
 
+HINTERNET openSession(DWORD access) {
+  return WinHttpOpen(
+      kUserAgent, access, WINHTTP_NO_PROXY_NAME, WINHTTP_NO_PROXY_BYPASS, WINHTTP_FLAG_ASYNC);
+}
+
+HINTERNET openSession() {
+  const HINTERNET session = openSession(kAutomaticProxy);
+  return session ? session : openSession(WINHTTP_ACCESS_TYPE_DEFAULT_PROXY);
+}
+
 class WinHttpTransport final : public ITransport {
  public:
-  explicit WinHttpTransport(HINTERNET session) : m_session(session) {}
+  WinHttpTransport() : m_session(openSession()) {}
+
+  bool isOpen() const { return m_session.get() != nullptr; }
 
   HopResult get(const HopRequest& request, IHopSink& sink) override {
     return Hop(sink).run(m_session.get(), request);
@@ -299,18 +312,11 @@ class WinHttpTransport final : public ITransport {
   Handle m_session;
 };
 
-HINTERNET openSession(DWORD access) {
-  return WinHttpOpen(
-      kUserAgent, access, WINHTTP_NO_PROXY_NAME, WINHTTP_NO_PROXY_BYPASS, WINHTTP_FLAG_ASYNC);
-}
-
 }  // namespace
 
 std::unique_ptr<ITransport> makeTransport() {
-  HINTERNET session = openSession(kAutomaticProxy);
-  if (!session)
-    session = openSession(WINHTTP_ACCESS_TYPE_DEFAULT_PROXY);
-  return session ? std::make_unique<WinHttpTransport>(session) : nullptr;
+  auto transport = std::make_unique<WinHttpTransport>();
+  return transport->isOpen() ? std::move(transport) : nullptr;
 }
 
 }  // namespace symsrv_1_0::internal
