@@ -3,8 +3,6 @@
 #include <csignal>
 #include <fcntl.h>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -17,6 +15,7 @@
 #include "paku/file_ops.h"
 #include "paku/scoped_user_test_support.h"
 
+#include "support/file_contents.h"
 #include "support/scoped_directory.h"
 #include "support/temp_tree.h"
 
@@ -25,25 +24,14 @@ namespace fs = std::filesystem;
 namespace PAKU_3_1 {
 namespace {
 
+using quiver_test::contentOf;
+using quiver_test::entriesOf;
 using quiver_test::TempTree;
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
 int copy(const std::wstring& from, const std::wstring& to, bool overwrite = true) {
   return copyFile(Filename(from), Filename(to), overwrite);
-}
-
-std::string contentOf(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-/// All entries, hidden ones too: a temporary file that stayed shows here.
-std::vector<std::string> entriesOf(const fs::path& directory) {
-  std::vector<std::string> names;
-  for (const fs::directory_entry& entry : fs::directory_iterator(directory))
-    names.push_back(entry.path().filename());
-  return names;
 }
 
 struct stat statusOf(const fs::path& path) {

@@ -15,6 +15,7 @@
 
 #include "paku/file_info.h"
 
+#include "support/file_contents.h"
 #include "support/scoped_directory.h"
 #include "support/temp_tree.h"
 
@@ -23,25 +24,14 @@ namespace fs = std::filesystem;
 namespace PAKU_3_1 {
 namespace {
 
+using quiver_test::contentOf;
+using quiver_test::entriesOf;
 using quiver_test::TempTree;
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
 int copy(const std::wstring& from, const std::wstring& to, bool overwrite = true) {
   return copyFile(Filename(from), Filename(to), overwrite);
-}
-
-std::string contentOf(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-/// All entries, hidden ones too: a temporary file that stayed shows here.
-std::vector<std::string> entriesOf(const fs::path& directory) {
-  std::vector<std::string> names;
-  for (const fs::directory_entry& entry : fs::directory_iterator(directory))
-    names.push_back(entry.path().filename().string());
-  return names;
 }
 
 TEST(CopyFile, CopiesTheContent) {

@@ -2,8 +2,6 @@
 
 #include <windows.h>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -15,6 +13,7 @@
 #include "paku/file_ops.h"
 #include "paku/temporary_name.h"
 
+#include "support/file_contents.h"
 #include "support/scoped_directory.h"
 #include "support/temp_tree.h"
 
@@ -23,17 +22,13 @@ namespace fs = std::filesystem;
 namespace PAKU_3_1 {
 namespace {
 
+using quiver_test::contentOf;
 using quiver_test::TempTree;
 using testing::ElementsAre;
 using testing::UnorderedElementsAre;
 
 int copy(const std::wstring& from, const std::wstring& to, bool overwrite = true) {
   return copyFile(Filename(from), Filename(to), overwrite);
-}
-
-std::string contentOf(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 /// All entries: a temporary file that stayed shows here.

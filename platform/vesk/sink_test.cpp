@@ -14,21 +14,17 @@
 
 #include "vesk/trace.h"
 
+#include "support/file_contents.h"
 #include "support/temp_tree.h"
 
 namespace vesk_1_8 {
 namespace {
 
+using quiver_test::contentOf;
+
 const Record kRecord{"quiver", "ns::Class::function", "vcs\\folder/file", 931, "Done: C:\\a.dll"};
 constexpr const char* kLine =
     "[quiver] ns::Class::function (vcs\\folder/file:931): Done: C:\\a.dll\n";
-
-std::string contentOf(const std::filesystem::path& file) {
-  std::ifstream in(file, std::ios::binary);
-  std::ostringstream content;
-  content << in.rdbuf();
-  return content.str();
-}
 
 TEST(StderrSink, WritesOneFormattedLine) {
   const std::shared_ptr<ISink> sink = makeStderrSink();

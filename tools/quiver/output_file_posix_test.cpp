@@ -2,9 +2,7 @@
 
 #include <csignal>
 #include <filesystem>
-#include <fstream>
 #include <future>
-#include <iterator>
 #include <string>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -15,6 +13,7 @@
 #include "paku/scoped_user_test_support.h"
 
 #include "output_file.h"
+#include "support/file_contents.h"
 #include "support/temp_tree.h"
 
 namespace quiver_tool {
@@ -22,20 +21,10 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using quiver_test::contentOf;
+using quiver_test::entriesOf;
 using quiver_test::TempTree;
 using testing::UnorderedElementsAre;
-
-std::string contentOf(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::vector<std::string> entriesOf(const fs::path& directory) {
-  std::vector<std::string> names;
-  for (const fs::directory_entry& entry : fs::directory_iterator(directory))
-    names.push_back(entry.path().filename());
-  return names;
-}
 
 /// No file of this process grows beyond some bytes.
 class SmallFiles final {

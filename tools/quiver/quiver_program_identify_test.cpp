@@ -1,7 +1,5 @@
 // `quiver identify`: real binaries and symbol files, compared with what other tools say of them.
 
-#include <fstream>
-#include <iterator>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -10,9 +8,12 @@
 
 #include "program_fixture.h"
 #include "run_program.h"
+#include "support/file_contents.h"
 
 namespace quiver_tool {
 namespace {
+
+using quiver_test::contentOf;
 
 using nlohmann::json;
 using testing::HasSubstr;
@@ -22,11 +23,6 @@ const std::string kMd5OfNew = "22af645d1859cb5ca6da0c484f1f37ea";  // "new"
 
 std::string real(const std::string& name) {
   return QUIVER_REAL_FILES "/" + name;
-}
-
-std::string contentOf(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
 }
 
 // Another tool's words, in a file.
