@@ -115,7 +115,7 @@ bool canBeShort(long number, const Arguments& arguments) {
 bool mayBeFailed(long number, const Arguments& arguments) {
   if (number == SYS_mmap && (arguments[3] & MAP_ANONYMOUS) != 0)
     return false;
-  return number > 0 && number < FaultScript::kMostNumbers &&
+  return number >= 0 && number < FaultScript::kMostNumbers &&
          !errorsOf(static_cast<std::int32_t>(number)).empty();
 }
 
