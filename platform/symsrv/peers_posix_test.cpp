@@ -171,7 +171,7 @@ TEST_F(PeersOnPosix, AServerOfDebugFiles) {
     ServerProcess server({"debuginfod", "-F", "-d", ":memory:", "-p", "18002", at("elf")});
     const std::string root = "http://127.0.0.1:18002";
     const std::string id = contentOf(realFile("hello.id")).substr(0, 40);
-    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(120);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
     while (runProgram({"curl", "-sf", root + "/buildid/" + id + "/debuginfo"}) != 0)
       if (std::chrono::steady_clock::now() > end)
         return 2;
