@@ -1,7 +1,7 @@
 # Functions for scripts that try things in a system with nothing but the base of this distribution.
 # To be sourced; `passed` and `failed` count steps, `log` names the log of the running one.
 #
-# A system is a directory made by debootstrap, entered by chroot in a mount namespace of its own, and
+# A system is a directory made by debootstrap that is the root of a mount namespace of its own, and
 # gets its packages from where this machine gets its own.
 
 passed=0 failed=0
@@ -53,7 +53,7 @@ mirror() { # RELEASE
 need_fresh_systems() { # TOOL...
   local tool
   [[ $(id -u) -eq 0 ]] || refuse "only root can enter a fresh system"
-  for tool in debootstrap unshare chroot "$@"; do
+  for tool in debootstrap unshare pivot_root "$@"; do
     command -v "$tool" > /dev/null || refuse "$tool is not installed"
   done
   unshare --mount --propagation private true 2> /dev/null || refuse "no mount namespace can be made here"
@@ -102,11 +102,13 @@ make_system() { # ROOT
   inside "$root" apt-get update
 }
 
+# Not by chroot alone: who enters the namespace of a process inside would be outside again.
 inside() { # ROOT COMMAND...
-  local root=$1
-  shift
-  chroot "$root" /usr/bin/env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 \
-    DEBIAN_FRONTEND=noninteractive "$@"
+  unshare --mount --propagation private bash -c '
+    cd "$1" && mkdir -p .outside && pivot_root . .outside && cd / && umount -l /.outside || exit
+    shift
+    exec /usr/bin/env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 \
+      DEBIAN_FRONTEND=noninteractive "$@"' - "$@"
 }
 
 install_inside() { # ROOT PACKAGE...
