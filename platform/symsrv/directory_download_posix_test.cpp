@@ -96,12 +96,13 @@ TEST_F(DirectoryDownloadOnPosix, StaleTemporariesAreSweptOnceADay) {
   EXPECT_TRUE(std::filesystem::exists(at(stale)));
 }
 
-class StaleTemporaries : public DownloadFixture, public ::testing::WithParamInterface<const char*> {
+class StaleTemporariesOnPosix : public DownloadFixture,
+                                public ::testing::WithParamInterface<const char*> {
  protected:
-  StaleTemporaries() { serve(); }
+  StaleTemporariesOnPosix() { serve(); }
 };
 
-TEST_P(StaleTemporaries, AreSweptFromEveryStoreThatTakesCopies) {
+TEST_P(StaleTemporariesOnPosix, AreSweptFromEveryStoreThatTakesCopies) {
   const std::string name = "/tiny64.pdb/ID/tiny64.pdb.123.0123456789abcdef.tmp";
   for (const char* store : {"a", "b"}) {
     m_tree.addFile(store + name);
@@ -114,7 +115,7 @@ TEST_P(StaleTemporaries, AreSweptFromEveryStoreThatTakesCopies) {
 
 INSTANTIATE_TEST_SUITE_P(
     Ways,
-    StaleTemporaries,
+    StaleTemporariesOnPosix,
     ::testing::Values("good", "good?secret=1", "missing", "cut-length", "wrong", "e500"));
 
 TEST_F(DirectoryDownloadOnPosix, StaleTemporariesOfCopiesBetweenDirectoriesAreSweptToo) {
