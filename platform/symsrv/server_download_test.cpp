@@ -13,8 +13,12 @@ namespace symsrv_1_0::internal {
 namespace {
 
 using std::chrono::milliseconds;
+using ::testing::AllOf;
+using ::testing::AnyOf;
 using ::testing::Contains;
+using ::testing::Each;
 using ::testing::ElementsAre;
+using ::testing::Ge;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
@@ -312,10 +316,15 @@ TEST_F(ServerDownload, TheirWordForNonsenseIsAMiss) {
 }
 
 TEST_F(ServerDownload, HostileNamesStayInTheCache) {
-  file("..", "tiny64.pdb", "x");
-  EXPECT_EQ(obtainFrom("good", "hostile.exe"), "");
-  EXPECT_THAT(requests().back(), Not(HasSubstr("..")));
-  EXPECT_THAT(filesIn("cache"), IsEmpty());
+  // So deep that the name's way up would still end in the tree.
+  const std::string cache = at("a/b/c/d/cache");
+  EXPECT_EQ(obtain({"srv*" + cache + "*" + address("good")}, "hostile.exe"), "");
+  EXPECT_THAT(requests(), SizeIs(Ge(1u)));
+  EXPECT_THAT(requests().back(), AllOf(HasSubstr("evil.pdb"), Not(HasSubstr(".."))));
+  EXPECT_THAT(filesIn("a/b/c/d/cache"), IsEmpty());
+  EXPECT_THAT(
+      filesIn("a"),
+      Each(AnyOf("b/", "b/c/", "b/c/d/", "b/c/d/cache/", StartsWith("b/c/d/cache/.misses"))));
 }
 
 }  // namespace

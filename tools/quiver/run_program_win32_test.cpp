@@ -125,6 +125,32 @@ std::vector<wchar_t> environmentBlock(const RunSettings& settings) {
   return block;
 }
 
+/// Wine gives up on about one of some thousand new processes before the program's first
+/// instruction, with an error that Windows has no cause for. Then it is tried again.
+PROCESS_INFORMATION start(const std::vector<std::string>& arguments,
+                          const RunSettings& settings,
+                          STARTUPINFOW& startup) {
+  std::vector<wchar_t> environment = environmentBlock(settings);
+  const std::wstring directory = toWide(settings.directory);
+  PROCESS_INFORMATION process = {};
+  for (int tries = 3;; --tries) {
+    std::wstring line = commandLine(arguments);
+    if (CreateProcessW(toWide(QUIVER_PROGRAM).c_str(),
+                       line.data(),
+                       nullptr,
+                       nullptr,
+                       TRUE,
+                       CREATE_UNICODE_ENVIRONMENT,
+                       environment.data(),
+                       directory.empty() ? nullptr : directory.c_str(),
+                       &startup,
+                       &process))
+      return process;
+    if (GetLastError() != ERROR_INTERNAL_ERROR || tries == 1)
+      fail(QUIVER_PROGRAM);
+  }
+}
+
 int waitFor(const PROCESS_INFORMATION& process) {
   const Handle child(process.hProcess);
   const Handle thread(process.hThread);
@@ -147,23 +173,8 @@ RunResult runProgram(const std::vector<std::string>& arguments, const RunSetting
   startup.hStdOutput = out.get();
   startup.hStdError = err.get();
 
-  std::wstring line = commandLine(arguments);
-  std::vector<wchar_t> environment = environmentBlock(settings);
-  const std::wstring directory = toWide(settings.directory);
-  PROCESS_INFORMATION process = {};
-  if (!CreateProcessW(toWide(QUIVER_PROGRAM).c_str(),
-                      line.data(),
-                      nullptr,
-                      nullptr,
-                      TRUE,
-                      CREATE_UNICODE_ENVIRONMENT,
-                      environment.data(),
-                      directory.empty() ? nullptr : directory.c_str(),
-                      &startup,
-                      &process))
-    fail(QUIVER_PROGRAM);
   RunResult result;
-  result.status = waitFor(process);
+  result.status = waitFor(start(arguments, settings, startup));
   if (settings.output == OutputTo::Capture)
     result.out = contentOf(out.get());
   result.err = contentOf(err.get());
