@@ -50,6 +50,7 @@ class Search final {
     if (tails().empty())
       return {State::kNotSearched};
     const bool goesOn = internal::TreeSearch(tree, tails(), found).run(depth);
+    m_index.walked(tree.entriesRead());
     return {goesOn ? State::kSearched : State::kEnded, false, tree.entriesRead()};
   }
 

@@ -9,6 +9,7 @@
 
 #include "paku/file_search.h"
 #include "paku/path_style.h"
+#include "paku/tree_search.h"
 
 #include "support/temp_tree.h"
 
@@ -29,8 +30,6 @@ class FoundPaths final : public IFileScanCallback {
   std::size_t m_limit;
   std::vector<std::wstring> m_paths;
 };
-
-constexpr int kWholeTree = -1;
 
 /// Returns the files called `name` in the tree, as paths below its root, with '/'
 /// between their components.

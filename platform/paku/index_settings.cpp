@@ -1,4 +1,4 @@
-// Settings in two atomic cells.
+// Settings in atomic cells.
 
 #include "paku/index_settings.h"
 
@@ -14,6 +14,7 @@ namespace {
 struct Cells {
   std::atomic<IndexUse> use = indexUseOf(environmentValue(L"QUIVER_TREE_INDEX"));
   std::atomic<std::size_t> maxBytes = indexBytesOf(environmentValue(L"QUIVER_TREE_INDEX_MEMORY"));
+  std::atomic<std::uint64_t> fewestEntries = IndexSettings{}.fewestEntries;
 };
 
 Cells& cells() {
@@ -39,12 +40,13 @@ std::size_t indexBytesOf(const std::wstring& text) {
 }
 
 IndexSettings indexSettings() {
-  return {cells().use, cells().maxBytes};
+  return {cells().use, cells().maxBytes, cells().fewestEntries};
 }
 
 void setIndexSettings(const IndexSettings& settings) {
   cells().use = settings.use;
   cells().maxBytes = settings.maxBytes;
+  cells().fewestEntries = settings.fewestEntries;
 }
 
 }  // namespace PAKU_3_1::internal

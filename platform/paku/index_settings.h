@@ -8,6 +8,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace PAKU_3_1::internal {
@@ -21,6 +22,7 @@ enum class IndexUse {
 struct IndexSettings {
   IndexUse use;
   std::size_t maxBytes;
+  std::uint64_t fewestEntries = 128;  ///< Trees with less are walked, but for `kFromFirstScan`.
 };
 
 /// Returns what the text of a variable stands for.

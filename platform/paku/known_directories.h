@@ -33,7 +33,8 @@ class IKnownDirectories {
 };
 
 /// Returns whether the system tells of all changes in a directory, or in the whole tree of it.
-/// Asked first: what can never be known takes no place from what can.
+/// Asked before a place is given: what can never be known takes none from what can. It costs more
+/// than the walk of a small tree.
 bool canBeKnown(const SearchedDirectory& directory, bool isTree);
 
 /// `isTree`: with all that is below them. More than `maxBytes` are not kept.

@@ -69,16 +69,18 @@ class Report final {
 struct TreeIndex::State {
   TailSource source;
   std::optional<SoughtTails> tails;
+  std::optional<FileIdentity> walkedTree;
 };
 
 TreeIndex::TreeIndex(TailSource tails)
-    : m_state(std::make_unique<State>(State{std::move(tails), std::nullopt})) {}
+    : m_state(std::make_unique<State>(State{std::move(tails), std::nullopt, std::nullopt})) {}
 
 TreeIndex::~TreeIndex() = default;
 
 TreeIndex::Answer TreeIndex::search(const std::wstring& directory,
                                     int depth,
                                     const FoundBelow& found) {
+  m_state->walkedTree.reset();
   const std::optional<SearchedDirectory> place = SearchedDirectory::at(directory);
   if (!place)
     return Answer::kAll;  // a walk would find nothing either
@@ -87,8 +89,11 @@ TreeIndex::Answer TreeIndex::search(const std::wstring& directory,
   if (!m_state->tails->areForAnIndex())
     return Answer::kUnknown;
   const auto matches = TreeRegistry::instance().matches(*place, depth, *m_state->tails);
-  if (!matches)
+  if (!matches) {
+    if (depth == kWholeTree)
+      m_state->walkedTree = place->identity();
     return Answer::kUnknown;
+  }
   for (std::size_t i = 0; i < matches->size(); ++i) {
     const std::vector<TailMatch>& ofTail = (*matches)[i];
     if (ofTail.empty())
@@ -99,6 +104,11 @@ TreeIndex::Answer TreeIndex::search(const std::wstring& directory,
       return Answer::kEnded;
   }
   return Answer::kAll;
+}
+
+void TreeIndex::walked(std::uint64_t entries) {
+  if (m_state->walkedTree)
+    TreeRegistry::instance().walked(*m_state->walkedTree, entries);
 }
 
 }  // namespace PAKU_3_1::internal

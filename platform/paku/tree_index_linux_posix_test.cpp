@@ -55,7 +55,10 @@ class TreeIndexLinux : public testing::Test {
     setIndexSettings(m_former);
   }
 
-  static void use(IndexUse use, std::size_t memory = kMemory) { setIndexSettings({use, memory}); }
+  /// Small trees are indexed too.
+  static void use(IndexUse use, std::size_t memory = kMemory) {
+    setIndexSettings({use, memory, 0});
+  }
   static IndexCounts counts() { return TreeRegistry::instance().counts(); }
 
   /// How many indexes the searches built that `work` does.

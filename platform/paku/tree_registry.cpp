@@ -3,15 +3,16 @@
 #include "paku/tree_registry.h"
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <utility>
 
 #include "paku/index_settings.h"
+#include "paku/tree_search.h"
 
 namespace PAKU_3_1::internal {
 namespace {
 
-constexpr int kWholeTree = -1;
 constexpr std::size_t kMostTrees = 24;
 constexpr std::size_t kMostAlone = 4096;
 constexpr unsigned kMostScansBefore = 64;
@@ -26,12 +27,9 @@ std::optional<TreeRegistry::Matches> TreeRegistry::matches(const SearchedDirecto
   if (indexSettings().use == IndexUse::kNever)
     return std::nullopt;
   const bool isWhole = depth == kWholeTree;
-  std::shared_ptr<Tree> tree = treeOf(directory.identity(), false);
-  if (!tree && isWhole) {
-    if (!canBeKnown(directory, true))
-      return std::nullopt;
-    tree = treeOf(directory.identity(), true);
-  }
+  std::shared_ptr<Tree> tree = treeOf(directory.identity());
+  if (!tree && isWhole && !(tree = treeToBuild(directory)))
+    return std::nullopt;
   if (tree && (isWhole || tree->bytes != 0))
     return inTree(*tree, true, directory, depth, tails);
   if (depth != 0)
@@ -39,22 +37,65 @@ std::optional<TreeRegistry::Matches> TreeRegistry::matches(const SearchedDirecto
   return inTree(m_alone, false, directory, depth, tails);
 }
 
-std::shared_ptr<TreeRegistry::Tree> TreeRegistry::treeOf(const FileIdentity& identity,
-                                                         bool isToBeListed) {
+void TreeRegistry::walked(const FileIdentity& tree, std::uint64_t entries) {
+  const std::lock_guard guard(m_lock);
+  m_walked.walked(tree, entries);
+}
+
+std::shared_ptr<TreeRegistry::Tree> TreeRegistry::treeOf(const FileIdentity& identity) {
+  const std::lock_guard guard(m_lock);
+  return listed(identity);
+}
+
+/// Lists the tree of a directory when it is worth an index and there is a place for it.
+std::shared_ptr<TreeRegistry::Tree> TreeRegistry::treeToBuild(const SearchedDirectory& directory) {
+  std::optional<std::uint64_t> ago;
+  {
+    const std::lock_guard guard(m_lock);
+    ago = m_walked.search(directory.identity(), ++m_now, indexSettings());
+  }
+  if (!ago)
+    return nullptr;
+  const bool canBeListed = canBeKnown(directory, true);
   std::shared_ptr<Tree> last;  // goes after the lock
   const std::lock_guard guard(m_lock);
-  const auto found = std::ranges::find(m_trees, identity, &Listed::identity);
-  if (found != m_trees.end())
-    m_trees.splice(m_trees.begin(), m_trees, found);
-  else if (isToBeListed)
-    m_trees.push_front({identity, std::make_shared<Tree>(m_bytes)});
-  else
+  if (!canBeListed) {
+    m_walked.cannotBeKnown(directory.identity());
     return nullptr;
-  if (m_trees.size() > kMostTrees) {
-    last = std::move(m_trees.back().tree);
-    m_trees.pop_back();
   }
+  if (std::shared_ptr<Tree> tree = listed(directory.identity()))
+    return tree;
+  if (m_trees.size() >= kMostTrees && !(last = takeFromPlace(*ago)))
+    return nullptr;
+  m_trees.push_front({directory.identity(), std::make_shared<Tree>(m_bytes), m_now});
   return m_trees.front().tree;
+}
+
+/// Under the lock.
+std::shared_ptr<TreeRegistry::Tree> TreeRegistry::listed(const FileIdentity& identity) {
+  const auto found = std::ranges::find(m_trees, identity, &Listed::identity);
+  if (found == m_trees.end())
+    return nullptr;
+  m_trees.splice(m_trees.begin(), m_trees, found);
+  m_trees.front().used = ++m_now;
+  return m_trees.front().tree;
+}
+
+/// Under the lock. Returns the tree that gives its place to one that was searched so long ago; null
+/// when all are searched as often. Of more trees than there are places, searched in turn, each
+/// would otherwise drive out the next.
+std::shared_ptr<TreeRegistry::Tree> TreeRegistry::takeFromPlace(std::uint64_t ago) {
+  const auto isIdle = [](const Listed& it) {
+    return it.tree->bytes == 0 && it.tree.use_count() == 1;
+  };
+  auto last = std::ranges::find_if(m_trees, isIdle);
+  if (last == m_trees.end() && m_now - m_trees.back().used > 2 * ago)
+    last = std::prev(m_trees.end());
+  if (last == m_trees.end())
+    return nullptr;
+  std::shared_ptr<Tree> tree = std::move(last->tree);
+  m_trees.erase(last);
+  return tree;
 }
 
 std::optional<TreeRegistry::Matches> TreeRegistry::inTree(Tree& tree,
@@ -171,6 +212,7 @@ void TreeRegistry::clear() {
   {
     const std::lock_guard guard(m_lock);
     trees.swap(m_trees);
+    m_walked.clear();
   }
   const std::lock_guard alone(m_alone.lock);
   m_alone.known.reset();

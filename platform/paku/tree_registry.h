@@ -8,6 +8,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 #include <list>
 #include <memory>
 #include <mutex>
@@ -17,6 +18,7 @@
 
 #include "paku/known_directories.h"
 #include "paku/tail_matches.h"
+#include "paku/walked_trees.h"
 
 namespace PAKU_3_1::internal {
 
@@ -46,6 +48,9 @@ class TreeRegistry final {
                                  int depth,
                                  const SoughtTails& tails);
 
+  /// A whole tree that had to be walked has been, as far as the search needed it.
+  void walked(const FileIdentity& tree, std::uint64_t entries);
+
   /// Drops all indexes.
   void clear();
   IndexCounts counts();
@@ -58,8 +63,8 @@ class TreeRegistry final {
 
     std::mutex lock;  // guards what follows up to the next comment
     std::unique_ptr<IKnownDirectories> known;
-    unsigned user = 0;  // whose rights the index was read with
-    unsigned scans = 0;
+    unsigned user = 0;         // whose rights the index was read with
+    unsigned scans = 1;        // a tree is listed when its index is due
     unsigned scansBefore = 1;  // as many walks come before the next index
     unsigned uses = 0;
     std::unordered_map<FileIdentity, unsigned, FileIdentityHash> seenAlone;
@@ -71,9 +76,13 @@ class TreeRegistry final {
   struct Listed {
     FileIdentity identity;
     std::shared_ptr<Tree> tree;
+    std::uint64_t used;  // when last
   };
 
-  std::shared_ptr<Tree> treeOf(const FileIdentity& identity, bool isToBeListed);
+  std::shared_ptr<Tree> treeOf(const FileIdentity& identity);
+  std::shared_ptr<Tree> treeToBuild(const SearchedDirectory& directory);
+  std::shared_ptr<Tree> listed(const FileIdentity& identity);
+  std::shared_ptr<Tree> takeFromPlace(std::uint64_t ago);
   std::optional<Matches> inTree(Tree& tree,
                                 bool isWhole,
                                 const SearchedDirectory& directory,
@@ -90,8 +99,10 @@ class TreeRegistry final {
   // Of all trees, those included that are still used and no longer listed. Every scan asks for it:
   // not under the lock.
   std::atomic<std::size_t> m_bytes = 0;
-  std::mutex m_lock;          // guards m_trees
+  std::mutex m_lock;          // guards m_trees, m_walked and m_now
   std::list<Listed> m_trees;  // the one used last comes first
+  WalkedTrees m_walked;       // those that are not listed
+  std::uint64_t m_now = 0;    // searches of whole trees
   Tree m_alone{m_bytes};
   std::atomic<std::size_t> m_built = 0;
   std::atomic<std::size_t> m_dropped = 0;

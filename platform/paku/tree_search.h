@@ -11,6 +11,9 @@
 
 namespace PAKU_3_1::internal {
 
+/// The depth of a search without a bound.
+inline constexpr int kWholeTree = -1;
+
 /// Receives paths below the searched directory, some more than once; returns false to end the
 /// search.
 using FoundBelow = std::function<bool(const std::wstring& below)>;
