@@ -5,6 +5,12 @@
 #include <algorithm>
 
 namespace PAKU_3_1::internal {
+namespace {
+
+Md5Memo s_memo;  // not made when it is used first: it would go before objects of the program that
+                 // use it
+
+}  // namespace
 
 std::int64_t nanosecondsNow() {
   const auto now = std::chrono::system_clock::now().time_since_epoch();
@@ -12,8 +18,7 @@ std::int64_t nanosecondsNow() {
 }
 
 Md5Memo& Md5Memo::instance() {
-  static Md5Memo memo;
-  return memo;
+  return s_memo;
 }
 
 std::optional<std::wstring> Md5Memo::find(const FileState& state) {

@@ -2,12 +2,26 @@
 
 #include <cerrno>
 #include <new>
+#include <openssl/crypto.h>
 #include <openssl/err.h>
 #include <openssl/evp.h>
 
 #include "paku/md5.h"
 
 namespace PAKU_3_1::internal {
+namespace {
+
+// When the library is loaded: OpenSSL cleans up when the process ends, in the reverse order, and
+// objects of the program may want a checksum until they are destroyed.
+[[maybe_unused]] const int s_initialised =
+    OPENSSL_init_crypto(OPENSSL_INIT_ADD_ALL_DIGESTS, nullptr);
+
+/// OpenSSL may be used no more when the program has cleaned it up by itself.
+bool isUsable() {
+  return OPENSSL_init_crypto(0, nullptr) == 1;
+}
+
+}  // namespace
 
 struct FreeContext {
   void operator()(EVP_MD_CTX* context) const { EVP_MD_CTX_free(context); }
@@ -22,7 +36,8 @@ struct Md5::State {
   static bool begin(EVP_MD_CTX* context) {
     ERR_set_mark();
     errno = 0;
-    const bool hasBegun = context && EVP_DigestInit_ex(context, EVP_md5(), nullptr) == 1;
+    const bool hasBegun =
+        context && isUsable() && EVP_DigestInit_ex(context, EVP_md5(), nullptr) == 1;
     const bool hasNoMemory = !context || (!hasBegun && errno == ENOMEM);
     ERR_pop_to_mark();  // the list of errors is the caller's
     if (hasNoMemory)

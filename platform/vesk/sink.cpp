@@ -21,10 +21,9 @@ struct ProcessSink {
   std::shared_ptr<ISink> sink;
 };
 
-ProcessSink& processSink() {
-  static ProcessSink instance;
-  return instance;
-}
+// Made when the library is loaded, not with the first line: it must outlive the objects of the program
+// that make lookups.
+ProcessSink s_process;
 
 bool isControl(char c) {
   const auto code = static_cast<unsigned char>(c);
@@ -107,18 +106,16 @@ std::shared_ptr<ISink> makeFileSink(const std::filesystem::path& file) {
 }
 
 std::shared_ptr<ISink> setSink(std::shared_ptr<ISink> sink) {
-  ProcessSink& process = processSink();
-  const std::lock_guard<std::mutex> guard(process.mutex);
-  process.sink.swap(sink);
+  const std::lock_guard<std::mutex> guard(s_process.mutex);
+  s_process.sink.swap(sink);
   return sink;
 }
 
 void writeToSink(const Record& record) {
-  ProcessSink& process = processSink();
-  const std::lock_guard<std::mutex> guard(process.mutex);
-  if (!process.sink)
-    process.sink = makeStderrSink();
-  process.sink->write(record);
+  const std::lock_guard<std::mutex> guard(s_process.mutex);
+  if (!s_process.sink)
+    s_process.sink = makeStderrSink();
+  s_process.sink->write(record);
 }
 
 }  // namespace vesk_1_8
