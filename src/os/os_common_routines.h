@@ -21,15 +21,15 @@ class OSCommonRoutines : public IOSSpecificRoutines {
                                                  ISymbolDownloadProgress* progress) override;
 
   /// Splits the value of a variable that lists paths. `list` is not empty.
-  virtual void splitPathList(const wchar_t* list, std::vector<std::wstring>& out) = 0;  // 9
+  virtual void splitPathList(const wchar_t* list, std::vector<std::wstring>& out) = 0;  // 8
   /// Where the system keeps executables and libraries.
-  virtual void addSystemBinaryDirs(ISearchDirectoryContainer& dirs) = 0;  // 10
+  virtual void addSystemBinaryDirs(ISearchDirectoryContainer& dirs) = 0;  // 9
   /// What serves binaries and symbol files alike.
-  virtual void addCommonSystemDirs(ISearchDirectoryContainer& dirs) = 0;  // 11
+  virtual void addCommonSystemDirs(ISearchDirectoryContainer& dirs) = 0;  // 10
   /// Where the system keeps kernel drivers.
-  virtual void addDriverDirs(ISearchDirectoryContainer& dirs) = 0;  // 12
+  virtual void addDriverDirs(ISearchDirectoryContainer& dirs) = 0;  // 11
   /// Where the system's symbol path leads.
-  virtual void addSymbolPathDirs(ISearchDirectoryContainer& dirs) = 0;  // 13
+  virtual void addSymbolPathDirs(ISearchDirectoryContainer& dirs) = 0;  // 12
 
  protected:
   ~OSCommonRoutines() = default;

@@ -36,18 +36,23 @@ class IOSSpecificRoutines {
       ISymbolDownloadProgress* progress) = 0;  // 6
   /// Returns the name to search for.
   virtual std::wstring mapFileName(const wchar_t* name, std::int32_t osType) = 0;  // 7
-  /// Does what 5 does, or 6 when `symbolPath` is null, and lets `watcher` hear of the stores. As it
-  /// stands here there is nothing to hear.
-  virtual std::wstring downloadWatched(const wchar_t* binaryFile,
-                                       const std::vector<std::wstring>* symbolPath,
-                                       ISymbolDownloadProgress* progress,
-                                       symsrv_1_0::IStoreWatcher& /*watcher*/) {  // 8
-    return symbolPath ? downloadSymbolFile(binaryFile, *symbolPath, progress)
-                      : downloadSymbolFileFromEnvironment(binaryFile, progress);
-  }
 
  protected:
   ~IOSSpecificRoutines() = default;
+};
+
+/// Routines that can say more of their downloads implement this too.
+class IWatchedDownloads {
+ public:
+  /// Does what `downloadSymbolFile` does, or `downloadSymbolFileFromEnvironment` when `symbolPath`
+  /// is null, and lets `watcher` hear of the stores.
+  virtual std::wstring downloadWatched(const wchar_t* binaryFile,
+                                       const std::vector<std::wstring>* symbolPath,
+                                       ISymbolDownloadProgress* progress,
+                                       symsrv_1_0::IStoreWatcher& watcher) = 0;  // 0
+
+ protected:
+  ~IWatchedDownloads() = default;
 };
 
 /// Returns the routines of this system; never null. They live as long as the library.

@@ -9,7 +9,7 @@ namespace QV_2_9 {
 
 /// Derive once per system and supply the directories. Keeps no state but the downloads', which lock
 /// themselves: any thread may call.
-class SymbolServerRoutines : public OSCommonRoutines {
+class SymbolServerRoutines : public OSCommonRoutines, public IWatchedDownloads {
  public:
   bool isSymbolServerPath(const wchar_t* path) override;
   std::wstring downloadSymbolFile(const wchar_t* binaryFile,

@@ -65,8 +65,9 @@ void SymFileSearchStrategy::searchSystemDirs(ISearchResultsContainer& results) {
 std::wstring SymFileSearchStrategy::download(const std::vector<std::wstring>* elements) {
   IOSSpecificRoutines& routines = *getOSSpecificRoutines();
   const wchar_t* const binary = binaryFile().c_str();
-  if (journal())
-    return routines.downloadWatched(binary, elements, m_downloadProgress, *journal());
+  auto* const watched = journal() ? dynamic_cast<IWatchedDownloads*>(&routines) : nullptr;
+  if (watched)
+    return watched->downloadWatched(binary, elements, m_downloadProgress, *journal());
   return elements ? routines.downloadSymbolFile(binary, *elements, m_downloadProgress)
                   : routines.downloadSymbolFileFromEnvironment(binary, m_downloadProgress);
 }
