@@ -21,8 +21,8 @@ struct ProcessSink {
   std::shared_ptr<ISink> sink;
 };
 
-// Made when the library is loaded, not with the first line: it must outlive the objects of the program
-// that make lookups.
+// Made when the library is loaded, not with the first line: it must outlive the objects of the
+// program that make lookups.
 ProcessSink s_process;
 
 bool isControl(char c) {

@@ -2,6 +2,8 @@
 
 #include "search/qv_search.h"
 
+#include <string>
+
 #include "config/search_env_text.h"
 #include "core/lock.h"
 #include "core/string_container.h"
@@ -23,6 +25,16 @@ namespace {
 /// Guards the reference counts of all file searches: they are shared between threads.
 QVLock s_counterLock;
 
+/// Empty when the caller's containers throw: tracing is no reason to fail.
+std::wstring textOf(const ObjectPtr<ISearchEnv>& env) try {
+  return L"m_pSearchEnv(scBinaryFiles) = " + searchEnvToString(env, scBinaryFiles) +
+         L", m_pSearchEnv(scSymbolFiles) = " + searchEnvToString(env, scSymbolFiles) +
+         L", m_pSearchEnv(scSourceFiles) = " + searchEnvToString(env, scSourceFiles) +
+         L", m_pSearchEnv(scAllFiles) = " + searchEnvToString(env, scAllFiles);
+} catch (...) {
+  return {};
+}
+
 }  // namespace
 
 ObjectPtr<IFileSearch> IFileSearch::create(const ObjectPtr<ISearchEnv>& searchEnv) {
@@ -42,11 +54,7 @@ FileSearch::FileSearch(const ObjectPtr<ISearchEnv>& searchEnv, ISearchJournal* j
   vesk_1_8::Trace trace(internal::traceChannel());
   trace.init("QV_2_9::FileSearch::FileSearch");
   QV_TRACE(trace, internal::kLineSearchEnvironment)
-      << "Search environment: m_pSearchEnv(scBinaryFiles) = "
-      << searchEnvToString(m_pSearchEnv, scBinaryFiles)
-      << ", m_pSearchEnv(scSymbolFiles) = " << searchEnvToString(m_pSearchEnv, scSymbolFiles)
-      << ", m_pSearchEnv(scSourceFiles) = " << searchEnvToString(m_pSearchEnv, scSourceFiles)
-      << ", m_pSearchEnv(scAllFiles) = " << searchEnvToString(m_pSearchEnv, scAllFiles);
+      << "Search environment: " << textOf(m_pSearchEnv);
 }
 
 ObjectPtr<IValidFile> FileSearch::findBinFile(const wchar_t* binFile,

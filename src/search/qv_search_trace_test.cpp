@@ -2,6 +2,7 @@
 // road through a search, and silence while tracing is off.
 
 #include <ostream>
+#include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -385,6 +386,19 @@ TEST_F(FileSearchTrace, AsksTheContainerForEachDumpWhileOn) {
   m_env->setSearchDirs(container);
   traced([&] { m_search = IFileSearch::create(m_env); });
   EXPECT_EQ(container->asked, 4);
+}
+
+class ThrowingContainer final : public RefCountImpl<ISearchDirContainer> {
+ public:
+  ObjectPtr<ISearchDirIterator> createIterator(search_category_t) override {
+    throw std::runtime_error("no directories today");
+  }
+};
+
+TEST_F(FileSearchTrace, IsNoReasonToFail) {
+  m_env->setSearchDirs(new ThrowingContainer);
+  EXPECT_EQ(traced([&] { m_search = IFileSearch::create(m_env); }),
+            (Lines{{kConstructor, 1024, "Search environment: "}}));
 }
 
 TEST_F(FileSearchTrace, AnswersTheSameOnAndOff) {
