@@ -31,6 +31,9 @@ void* counted(void* memory) {
 
 }  // namespace
 
+// Seen by the libraries of the process, whatever is hidden elsewhere.
+#pragma GCC visibility push(default)
+
 extern "C" {
 
 void* malloc(std::size_t size) noexcept {
@@ -71,6 +74,8 @@ void free(void* memory) noexcept {
 }
 
 }  // extern "C"
+
+#pragma GCC visibility pop
 // NOLINTEND(bugprone-reserved-identifier,misc-definitions-in-headers)
 
 namespace quiver_test {
