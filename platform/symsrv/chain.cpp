@@ -22,6 +22,13 @@ std::vector<std::string_view> split(std::string_view text) {
   return parts;
 }
 
+/// A symbol path that ends in a semicolon leaves it with its last element.
+std::string_view withoutSemicolons(std::string_view element) {
+  element = trimmed(element);
+  while (element.ends_with(';')) element = trimmed(element.substr(0, element.size() - 1));
+  return element;
+}
+
 /// Returns the reason when the store is refused.
 std::string readStore(std::string_view text, const std::string& defaultStore, StoreName& store) {
   if (text.empty() && defaultStore.empty())
@@ -68,9 +75,10 @@ ParsedElement readCache(const std::vector<std::string_view>& parts,
 }  // namespace
 
 ParsedElement parseElement(std::string_view element, const std::string& defaultStore) {
-  const std::vector<std::string_view> parts = split(trimmed(element));
+  const std::string_view text = withoutSemicolons(element);
+  const std::vector<std::string_view> parts = split(text);
   if (parts.size() < 2)
-    return refused("no symbol server \"" + printable(trimmed(element)) + "\"");
+    return refused("no symbol server \"" + printable(text) + "\"");
   if (equalIgnoreCase(parts[0], "srv"))
     return readStores(parts, 1, defaultStore);
   if (equalIgnoreCase(parts[0], "cache"))

@@ -4,9 +4,9 @@
 //   symsrv*symsrv.dll*A*B  the same, with the name of the one library that is built in
 //   cache*D                D takes a copy of what any later element yields
 //
-// Up to 10 stores. An empty store stands for the default one, so "srv*" is that alone. A store is a
-// directory or the address of an HTTP server. Another library is never loaded: its name makes the
-// element unsupported.
+// Blanks and semicolons at the end are no part of it. Up to 10 stores. An empty store stands for
+// the default one, so "srv*" is that alone. A store is a directory or the address of an HTTP
+// server. Another library is never loaded: its name makes the element unsupported.
 
 #pragma once
 
