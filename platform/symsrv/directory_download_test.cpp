@@ -177,6 +177,16 @@ TEST_F(DirectoryDownload, ElfFilesLieByBuildId) {
   EXPECT_EQ(contentOf(at("b/" + place)), contentOf(realFile("hello.debug")));
 }
 
+TEST_F(DirectoryDownload, AStrippedBinaryIsNotItsOwnDebugFile) {
+  const std::string id = contentOf(realFile("hello.id")).substr(0, 40);
+  const std::string place = ".build-id/" + id.substr(0, 2) + "/" + id.substr(2) + ".debug";
+  file("c", "hello", place);
+  file("d", "hello.debug", place);
+  EXPECT_EQ(obtain({"srv*" + at("a") + "*" + at("c") + "*" + at("d")}, "hello"), at("a/" + place));
+  EXPECT_EQ(contentOf(at("a/" + place)), contentOf(realFile("hello.debug")));
+  EXPECT_THAT(reports(), HasSubstr("has no debug information"));
+}
+
 TEST_F(DirectoryDownload, ElfFilesWithoutBuildIdLieByName) {
   file("c", "anonymous.debug", "anonymous.debug");
   EXPECT_EQ(obtain({"srv*" + at("a") + "*" + at("c")}, "anonymous"), at("c/anonymous.debug"));

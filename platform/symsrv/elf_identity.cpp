@@ -10,6 +10,7 @@ namespace symsrv_1_0::internal {
 namespace {
 
 constexpr std::uint32_t kSegmentNote = 4;
+constexpr std::uint32_t kSectionSymbols = 2;
 constexpr std::uint32_t kSectionNote = 7;
 constexpr std::uint32_t kSectionNoBits = 8;
 constexpr std::uint32_t kNoteBuildId = 3;
@@ -32,6 +33,7 @@ class Elf final {
   bool readHeader();
   std::string buildId();
   std::optional<DebugLink> debugLink();
+  bool hasDebugInformation();
   bool isComplete();
 
  private:
@@ -46,6 +48,7 @@ class Elf final {
   std::string buildIdIn(std::uint64_t offset, std::uint64_t size, std::uint64_t alignment);
   std::string buildIdInSegments();
   std::string buildIdInSections();
+  std::optional<Section> nameSection();
   bool isNamed(const Section& section, const Section& names, std::string_view name);
 
   FieldReader m_file;
@@ -161,17 +164,23 @@ bool Elf::isNamed(const Section& section, const Section& names, std::string_view
          std::string_view(text, count - 1) == name && text[count - 1] == '\0';
 }
 
-std::optional<DebugLink> Elf::debugLink() {
+/// Returns the section with the names of the others.
+std::optional<Section> Elf::nameSection() {
   if (m_nameSection >= m_sectionCount || !fits(m_sections, (m_nameSection + 1) * m_sectionSize))
     return std::nullopt;
   const Section names = section(m_nameSection);
-  if (!fits(names.offset, names.size))
+  return fits(names.offset, names.size) ? std::optional(names) : std::nullopt;
+}
+
+std::optional<DebugLink> Elf::debugLink() {
+  const std::optional<Section> names = nameSection();
+  if (!names)
     return std::nullopt;
   for (std::uint64_t i = 0; i < std::min(m_sectionCount, kMaxEntries); ++i) {
     if (!fits(m_sections + i * m_sectionSize, m_sectionSize))
       return std::nullopt;
     const Section link = section(i);
-    if (link.type == kSectionNoBits || !isNamed(link, names, ".gnu_debuglink"))
+    if (link.type == kSectionNoBits || !isNamed(link, *names, ".gnu_debuglink"))
       continue;
     if (!fits(link.offset, link.size) || link.size < 8 || link.size > kMaxLinkName)
       return std::nullopt;
@@ -186,6 +195,23 @@ std::optional<DebugLink> Elf::debugLink() {
     return result;
   }
   return std::nullopt;
+}
+
+/// Stripping leaves neither the one nor the other; what is only announced counts for nothing.
+bool Elf::hasDebugInformation() {
+  const std::optional<Section> names = nameSection();
+  for (std::uint64_t i = 0; i < std::min(m_sectionCount, kMaxEntries); ++i) {
+    if (!fits(m_sections + i * m_sectionSize, m_sectionSize))
+      return false;
+    const Section part = section(i);
+    if (part.type == kSectionNoBits || part.size == 0)
+      continue;
+    if (part.type == kSectionSymbols)
+      return true;
+    if (names && (isNamed(part, *names, ".debug_info") || isNamed(part, *names, ".zdebug_info")))
+      return true;
+  }
+  return false;
 }
 
 bool Elf::isComplete() {
@@ -215,11 +241,12 @@ std::optional<ElfIdentity> readElfIdentity(IByteSource& source) {
   if (!elf.readHeader())
     return std::nullopt;
   // Each question begins anew: one that runs into nonsense must not spoil the next.
-  Elf forLink = elf, forSections = elf;
+  Elf forLink = elf, forDebugInformation = elf, forSections = elf;
   ElfIdentity identity;
   identity.is64Bit = wordSize == 2;
   identity.buildId = elf.buildId();
   identity.debugLink = forLink.debugLink();
+  identity.hasDebugInformation = forDebugInformation.hasDebugInformation();
   identity.isComplete = forSections.isComplete();
   return identity;
 }

@@ -20,7 +20,8 @@ struct ElfIdentity {
   bool is64Bit = false;
   std::string buildId;  ///< Raw bytes, 2 to 64. Empty when the file has none.
   std::optional<DebugLink> debugLink;
-  bool isComplete = false;  ///< The section table and what it lists lie inside the file.
+  bool hasDebugInformation = false;  ///< Or at least a table of symbols.
+  bool isComplete = false;           ///< The section table and what it lists lie inside the file.
 };
 
 /// Returns nothing for what is no ELF file.

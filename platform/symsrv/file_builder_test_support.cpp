@@ -124,11 +124,15 @@ Bytes makeElf(const ElfFields& fields) {
       .put(5, big ? 2 : 1, 1);
   file.put(by(28, 32), segments, word, big).put(by(32, 40), sections, word, big);
   file.put(by(42, 54), by(32, 56), 2, big).put(by(44, 56), fields.hasSegment ? 1 : 0, 2, big);
-  file.put(by(46, 58), by(40, 64), 2, big).put(by(48, 60), 4, 2, big).put(by(50, 62), 2, 2, big);
+  file.put(by(46, 58), by(40, 64), 2, big)
+      .put(by(48, 60), fields.debugSection.empty() ? 4 : 5, 2, big)
+      .put(by(50, 62), 2, 2, big);
   const std::size_t noteSize = putNotes(file, note, fields);
   file.put(segments, 4, 4, big).put(segments + by(4, 8), note, word, big);
   file.put(segments + by(16, 32), noteSize, word, big).put(segments + by(28, 48), 4, word, big);
-  const std::string_view nameBytes("\0.note\0.shstrtab\0.gnu_debuglink\0", 33);
+  std::string nameBytes("\0.note\0.shstrtab\0.gnu_debuglink\0", 33);
+  if (!fields.debugSection.empty())
+    nameBytes += fields.debugSection + '\0';
   file.put(names, nameBytes);
   const auto section =
       [&](std::size_t index, std::size_t name, std::size_t type, std::size_t at, std::size_t size) {
@@ -144,6 +148,8 @@ Bytes makeElf(const ElfFields& fields) {
     section(3, 0, 0, 0, 0);
   else
     section(3, 17, 1, link, linkName + 4);
+  if (!fields.debugSection.empty())
+    section(4, 33, fields.debugType, 0x5F0, fields.debugSize);
   return file;
 }
 

@@ -70,6 +70,9 @@ struct ElfFields {
   bool hasSegment = true;      ///< The note can be reached through a program header.
   std::string debugLink = {};  ///< Empty: no such section.
   std::uint32_t crc = 0x8A975EF3;
+  std::string debugSection = {};  ///< Empty: no such section.
+  std::uint32_t debugType = 1;
+  std::size_t debugSize = 16;
 };
 
 Bytes makeElf(const ElfFields& fields = {});

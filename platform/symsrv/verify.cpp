@@ -81,8 +81,11 @@ std::string checkElf(IByteSource& file, const ElfIdentity& sought) {
     return wrongKind(file);
   if (!found->isComplete)
     return "damaged or cut off";
+  if (!sought.buildId.empty() && found->buildId != sought.buildId)
+    return ofAnotherBuild("the build id");
+  // A stripped binary has the build id of its debug file, and may lie in its place.
   if (!sought.buildId.empty())
-    return found->buildId == sought.buildId ? "" : ofAnotherBuild("the build id");
+    return found->hasDebugInformation ? "" : "has no debug information";
   return crcOf(file) == sought.debugLink->crc ? "" : ofAnotherBuild("the checksum");
 }
 

@@ -92,11 +92,46 @@ TEST(Verify, PortableFilesFitPortableRecordsOnly) {
 }
 
 TEST(Verify, ElfFilesGoByBuildId) {
-  EXPECT_EQ(check(makeElf({.is64Bit = false, .hasSegment = false}), makeElf()), "");
+  const ElfFields other{.is64Bit = false, .hasSegment = false, .debugSection = ".debug_info"};
+  EXPECT_EQ(check(makeElf(other), makeElf()), "");
   EXPECT_THAT(check(makeElf({.buildId = "other"}), makeElf()), HasSubstr("build id differs"));
   EXPECT_THAT(check(makeElf().data().substr(0, 0x4C0), makeElf()), HasSubstr("cut off"));
   EXPECT_THAT(check("<html>", makeElf()), HasSubstr("page of text"));
 }
+
+struct SectionRow {
+  const char* name;
+  const char* section;
+  std::uint32_t type;
+  std::size_t size;
+  bool isEnough;
+};
+
+class DebugSection : public ::testing::TestWithParam<SectionRow> {};
+
+TEST_P(DebugSection, MakesAFileADebugFile) {
+  const SectionRow& row = GetParam();
+  const Bytes file =
+      makeElf({.debugSection = row.section, .debugType = row.type, .debugSize = row.size});
+  EXPECT_EQ(check(file, makeElf()), row.isEnough ? "" : "has no debug information");
+}
+
+constexpr std::uint32_t kContent = 1, kSymbols = 2, kNoBits = 8, kDynamicSymbols = 11;
+const SectionRow kSections[] = {
+    {"Information", ".debug_info", kContent, 16, true},
+    {"CompressedInformation", ".zdebug_info", kContent, 16, true},
+    {"Symbols", ".symtab", kSymbols, 16, true},
+    {"EmptyInformation", ".debug_info", kContent, 0, false},
+    {"InformationThatIsElsewhere", ".debug_info", kNoBits, 16, false},
+    {"NoSymbols", ".symtab", kSymbols, 0, false},
+    {"SymbolsThatAreElsewhere", ".symtab", kNoBits, 16, false},
+    {"SymbolsForTheLoader", ".dynsym", kDynamicSymbols, 16, false},
+    {"OtherContent", ".text", kContent, 16, false},
+    {"None", "", kContent, 0, false},
+};
+INSTANTIATE_TEST_SUITE_P(Table, DebugSection, ::testing::ValuesIn(kSections), [](const auto& row) {
+  return std::string(row.param.name);
+});
 
 TEST(Verify, WithoutABuildIdTheChecksumDecides) {
   // What zlib makes of these bytes.
