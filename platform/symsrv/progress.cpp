@@ -27,6 +27,8 @@ Progress::~Progress() {
 }
 
 void Progress::begin(std::optional<std::uint64_t> size) {
+  if (m_isPreliminary)
+    return;
   m_hasTransfer = true;
   m_size = size.value_or(0);
   m_bytes = 0;
@@ -39,9 +41,9 @@ void Progress::start(int size) {
 }
 
 void Progress::report(int value) {
-  m_lastValue = value;
+  m_lastValue = std::max(m_lastValue, value);
   m_lastCall = Clock::now();
-  m_callback->onProgress(value, &m_isCanceled);
+  m_callback->onProgress(m_lastValue, &m_isCanceled);
 }
 
 bool Progress::tick() {
@@ -58,11 +60,11 @@ bool Progress::tick() {
 }
 
 bool Progress::complete() {
-  if (!m_callback || m_isCanceled)
+  if (!m_callback || m_isCanceled || m_isPreliminary)
     return !m_isCanceled;
   if (!m_isStarted)
     start(kibibytes(m_size));
-  if (!m_isCanceled && m_lastValue != kibibytes(m_bytes))
+  if (!m_isCanceled && m_lastValue < kibibytes(m_bytes))
     report(kibibytes(m_bytes));
   return !m_isCanceled;
 }

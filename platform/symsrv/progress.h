@@ -1,7 +1,8 @@
 // Tells a caller's progress object what happens, and learns from it whether to go on.
 //
 // One start and one finish per download, whatever is tried for it. While a server keeps silent for
-// long the start comes without a size, so that the caller can say that it has waited enough.
+// long the start comes without a size, so that the caller can say that it has waited enough. Values
+// never fall: what is tried again or copied further is told from where it passes what was told.
 
 #pragma once
 
@@ -23,9 +24,26 @@ class Progress final {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
+  /// While it lives no transfer begins: what comes meanwhile is not the file. The caller is asked
+  /// whether to go on as always.
+  class Preliminary final {
+   public:
+    explicit Preliminary(Progress& progress) : m_progress(progress) {
+      m_progress.m_hasTransfer = false;
+      m_progress.m_isPreliminary = true;
+    }
+    ~Preliminary() { m_progress.m_isPreliminary = false; }
+
+    Preliminary(const Preliminary&) = delete;
+    Preliminary& operator=(const Preliminary&) = delete;
+
+   private:
+    Progress& m_progress;
+  };
+
   /// A transfer begins, of so many bytes. Calls nobody, as does `add`.
   void begin(std::optional<std::uint64_t> size);
-  void add(std::uint64_t bytes) { m_bytes += bytes; }
+  void add(std::uint64_t bytes) { m_bytes += m_isPreliminary ? 0 : bytes; }
 
   /// Passes on what there is to say. Returns false when the caller wants no more. May throw.
   bool tick();
@@ -53,6 +71,7 @@ class Progress final {
   std::uint64_t m_size = 0;
   int m_lastValue = 0;
   bool m_hasTransfer = false;
+  bool m_isPreliminary = false;
   bool m_isStarted = false;
   bool m_isFinished = false;
   bool m_isCanceled = false;
