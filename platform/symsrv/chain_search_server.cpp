@@ -1,9 +1,11 @@
 // The servers of a chain.
 //
-// A file that is missing is asked for under its compressed name too, and then remembered as
-// missing. Any other trouble sets the server aside. Servers of debug files for ELF answer questions
-// that they do not understand with "unavailable": for these such an answer is a miss.
+// A file that is missing, or not the right one, is asked for under its compressed name too, and
+// then remembered as missing. One that was cut off is neither. Trouble sets the server aside for a
+// while, or for good when it is one of trust. Servers of debug files for ELF answer questions that
+// they do not understand with "unavailable": for these such an answer is a miss.
 
+#include <algorithm>
 #include <functional>
 
 #include "symsrv/chain_search.h"
@@ -64,6 +66,16 @@ StoreOutcome outcomeOf(Kind kind) {
   if (kind == Kind::kDone)
     return StoreOutcome::kFound;
   return kind == Kind::kMissing ? StoreOutcome::kMissing : StoreOutcome::kFailed;
+}
+
+/// Returns for how long a server is left alone; without a time for good.
+std::optional<std::chrono::seconds> timeAside(const FetchResult& result, const Settings& settings) {
+  if (result.isLasting)
+    return std::nullopt;
+  const auto longest = static_cast<std::uint64_t>(settings.serverExpiry.count());
+  const auto least = static_cast<std::uint64_t>(settings.leastServerExpiry.count());
+  const std::uint64_t wanted = std::max(result.retryAfter.value_or(longest), least);
+  return std::chrono::seconds(static_cast<std::int64_t>(std::min(wanted, longest)));
 }
 
 /// Returns what a miss is remembered by. With a query, which may be a secret, nothing may reach the
@@ -147,11 +159,15 @@ std::optional<bool> ChainSearch::askTiers(const Url& url) {
   if (const std::optional<bool> known = m_shared.tiersOf(address))
     return known;
   NullSink sink;
+  const Progress::Preliminary preliminary(m_progress);
   const FetchResult result =
       fetch(*m_shared.m_transport, url.below({"index2.txt"}), m_settings, m_progress, sink);
-  // A page for people stands for what is not there, and an empty file is there too.
-  const bool hasTwoTiers = result.kind == Kind::kDone || result.kind == Kind::kSinkFull;
-  const bool isAnswer = hasTwoTiers || result.kind == Kind::kMissing || result.kind == Kind::kPage;
+  // It is there also when it is empty, or when not all of it comes. A page for people, or a
+  // redirect that leads nowhere, stands for what is not there.
+  const bool hasTwoTiers =
+      result.kind == Kind::kDone || result.kind == Kind::kSinkFull || result.kind == Kind::kCutOff;
+  const bool isAnswer = hasTwoTiers || result.kind == Kind::kMissing ||
+                        result.kind == Kind::kPage || result.kind == Kind::kRefused;
   if (isAnswer || (m_sought.elf && result.status != 0)) {
     say(url.shownBelow({"index2.txt"}), hasTwoTiers ? "there" : result.reason);
   } else {
@@ -217,7 +233,7 @@ void ChainSearch::judgeFailure(const Url& url, const FetchResult& result, Answer
     return;  // of this file, for now
   answers.isMissing = false;
   if (result.kind == Kind::kTrouble)
-    m_shared.m_servers.setAside(url.origin(), result.reason);
+    m_shared.m_servers.setAside(url.origin(), result.reason, timeAside(result, m_settings));
 }
 
 }  // namespace symsrv_1_0::internal

@@ -81,5 +81,49 @@ TEST_F(DownloaderOf, OneNameInTwoPlacesDeliversOnce) {
   EXPECT_THAT(reports(), Not(HasSubstr("cannot")));
 }
 
+struct AsideRow {
+  const char* name;
+  ScriptedAnswer answer;
+  std::chrono::seconds expiry;
+  bool isAskedAgain;
+};
+
+class TroubleOf : public DownloadFixture, public ::testing::WithParamInterface<AsideRow> {};
+
+TEST_P(TroubleOf, SetsAServerAsideForAWhileOrForGood) {
+  m_settings.limits.tries = 1;
+  m_settings.serverExpiry = GetParam().expiry;
+  m_settings.leastServerExpiry = std::chrono::seconds(0);
+  auto transport = std::make_unique<ScriptedTransport>(std::deque{GetParam().answer});
+  const ScriptedTransport& asked = *transport;
+  Downloader downloader(m_settings, std::move(transport), {});
+  ChainList list;
+  list.add("srv*" + at("a") + "*https://h/x", {});
+  const SoughtResult sought = soughtFileOf(*FileSource::open(realFile("tiny64.exe")), "x");
+  Progress silent(nullptr);
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(downloader.obtain(list.chains(), *sought.file, silent), "");
+  EXPECT_EQ(asked.m_requests.size(), GetParam().isAskedAgain ? 2u : 1u);
+}
+
+constexpr std::chrono::seconds kAtOnce{0}, kLater{900};
+const AsideRow kTroubles[] = {
+    {"Busy", {.status = 503}, kLater, false},
+    {"BusyAndExpired", {.status = 503}, kAtOnce, true},
+    {"TooManyAndExpired", {.status = 429}, kAtOnce, true},
+    {"BrokenAndExpired", {.status = 500}, kAtOnce, true},
+    {"Unreachable", {.status = 0, .outcome = HopOutcome::kUnreachable}, kLater, false},
+    {"UnreachableAndExpired", {.status = 0, .outcome = HopOutcome::kUnreachable}, kAtOnce, true},
+    {"RetryAtOnce", {.status = 503, .retryAfter = "0"}, kLater, true},
+    {"RetryLater", {.status = 503, .retryAfter = "100"}, kLater, false},
+    {"RetryAfterTheCap", {.status = 503, .retryAfter = "99999999999999"}, kAtOnce, true},
+    {"RetryOnADate", {.status = 503, .retryAfter = "Wed, 21 Oct 2099 07:28:00 GMT"}, kLater, false},
+    {"Credentials", {.status = 401}, kAtOnce, false},
+    {"CredentialsOfAProxy", {.status = 407}, kAtOnce, false},
+    {"Untrusted", {.status = 0, .outcome = HopOutcome::kUntrusted}, kAtOnce, false},
+};
+INSTANTIATE_TEST_SUITE_P(Table, TroubleOf, ::testing::ValuesIn(kTroubles), [](const auto& row) {
+  return std::string(row.param.name);
+});
+
 }  // namespace
 }  // namespace symsrv_1_0::internal

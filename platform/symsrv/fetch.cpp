@@ -39,14 +39,19 @@ FetchResult tryOnce(HopWatcher& watcher,
     const std::string location = watcher.takeRedirect();
     if (location.empty())
       return watcher.judge(hop);
-    std::optional<Url> next = parseAddress(resolveLocation(url, location));
+    std::optional<Url> next = parseAddress(escapedAddress(resolveLocation(url, location)));
     if (const std::string reason = refusal(url, next); !reason.empty())
-      return {Kind::kTrouble, 0, reason};
+      return {Kind::kRefused, watcher.status(), reason};
     // What an address elsewhere brings along as credentials is not ours to send.
     next->userInfo = next->origin() == first.origin() ? first.userInfo : "";
     url = *std::move(next);
   }
   return {Kind::kTrouble, 0, "redirected too often"};
+}
+
+/// Returns true for what another try may not meet with.
+bool mayPass(const FetchResult& result, const HopWatcher& watcher) {
+  return result.kind == Kind::kCutOff || (result.kind == Kind::kTrouble && watcher.isBusy());
 }
 
 /// Returns nothing when the server wants to be left alone for longer than anybody waits here. What
@@ -89,7 +94,9 @@ FetchResult fetch(ITransport& transport,
       return {Kind::kSinkFull, 0, "cannot be written"};
     HopWatcher watcher(settings.limits, progress, sink);
     FetchResult result = tryOnce(watcher, transport, *url, settings);
-    if (result.kind != Kind::kTrouble || !watcher.isBusy() || tries >= settings.limits.tries)
+    if (result.kind == Kind::kTrouble)
+      result.retryAfter = decimal(watcher.retryAfter());
+    if (!mayPass(result, watcher) || tries >= settings.limits.tries)
       return result;
     const std::optional<milliseconds> time =
         pauseBefore(tries, settings.limits, watcher.retryAfter());

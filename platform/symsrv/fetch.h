@@ -5,6 +5,8 @@
 
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 
 #include "symsrv/progress.h"
@@ -19,14 +21,17 @@ struct FetchResult {
     kDone,      ///< The sink has it all.
     kMissing,   ///< The server has no such file.
     kPage,      ///< A page of text in the place of a file.
-    kRefused,   ///< What came is not what was asked for, or not all of it.
-    kTrouble,   ///< The server does not work; asking it again is of no use.
+    kRefused,   ///< What came, or where it was to come from, is not what is taken.
+    kCutOff,    ///< Not all of it came, however often it was tried.
+    kTrouble,   ///< The server does not work; asking it again soon is of no use.
     kCanceled,  ///< The caller wants no more.
     kSinkFull   ///< The sink did not take it.
   };
   Kind kind = Kind::kTrouble;
-  int status = 0;      ///< Of HTTP; 0 when there was no answer.
-  std::string reason;  ///< For people.
+  int status = 0;          ///< Of HTTP; 0 when there was no answer.
+  std::string reason;      ///< For people.
+  bool isLasting = false;  ///< Of trouble: it does not go away by itself.
+  std::optional<std::uint64_t> retryAfter = std::nullopt;  ///< Of trouble: seconds.
 };
 
 /// Begun anew for each try.

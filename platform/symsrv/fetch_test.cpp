@@ -140,6 +140,24 @@ TEST_F(Fetch, ResolvesDotsInRelativeRedirects) {
   EXPECT_EQ(redirected("http://h/a/b", "/c/./d/.."), "http://h/c/");
 }
 
+TEST_F(Fetch, EscapesWhatRedirectsShouldHaveEscaped) {
+  EXPECT_EQ(redirected("http://h/a", "/x y/\xC3\xA4?q=\t\x7F"), "http://h/x%20y/%C3%A4?q=%09%7F");
+  EXPECT_EQ(redirected("http://h/a", "http://i/x y"), "http://i/x%20y");
+  EXPECT_EQ(redirected("http://h/a", "//i/x y"), "http://i/x%20y");
+  EXPECT_EQ(redirected("http://h/a/b", "x y"), "http://h/a/x%20y");
+  EXPECT_EQ(redirected("http://h/a", "/x%20y%"), "http://h/x%20y%");
+}
+
+TEST_F(Fetch, RefusesTheFileWhenItRefusesARedirect) {
+  for (const char* location :
+       {"file:///etc/x", "/x\r\ny", "/x\ny", "http://h i/x", "//\xC3\xA4/x"}) {
+    const FetchResult result = from("http://h/a", {{.status = 302, .location = location}});
+    EXPECT_EQ(result.kind, Kind::kRefused) << location;
+    EXPECT_THAT(m_requests, SizeIs(1)) << location;
+  }
+  EXPECT_EQ(from("https://h/a", {{.status = 302, .location = "http://h/a"}}).kind, Kind::kRefused);
+}
+
 TEST_F(Fetch, RefusesRedirectsToOtherSchemesAndDownToPlainHttp) {
   for (const char* location : {"file:///etc/hostname", "ftp://h/x", "http:x", "data:,x", "//"})
     EXPECT_THAT(from("http://h/a", {{.status = 302, .location = location}}).reason,
@@ -173,6 +191,14 @@ TEST_F(Fetch, EndsRedirectsAfterFive) {
   EXPECT_THAT(from("http://h/a", {{.status = 302, .location = "/a"}}).reason,
               HasSubstr("redirected too often"));
   EXPECT_THAT(m_requests, SizeIs(6));
+}
+
+TEST_F(Fetch, TriesOnceMoreWhatWasCutOff) {
+  const ScriptedAnswer cutOff{.body = "half", .outcome = HopOutcome::kCutOff};
+  EXPECT_EQ(from("http://h/a", {cutOff, {.body = "whole"}}).kind, Kind::kDone);
+  EXPECT_EQ(m_sink.m_text, "whole");
+  EXPECT_EQ(from("http://h/a", {cutOff}).reason, "cut off");
+  EXPECT_THAT(m_requests, SizeIs(2));
 }
 
 TEST_F(Fetch, BelievesNoLengthAboveItsLimit) {

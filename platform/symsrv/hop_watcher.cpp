@@ -99,9 +99,12 @@ bool HopWatcher::keepsPace(Clock::time_point now) {
 }
 
 bool HopWatcher::tick() {
+  const Clock::time_point before = Clock::now();
   if (!m_progress.tick())
     return stop(Kind::kCanceled, "canceled");
   const Clock::time_point now = Clock::now();
+  m_begin += now - before;
+  m_windowBegin += now - before;
   return isInTime(now) && keepsPace(now);
 }
 
@@ -117,19 +120,20 @@ FetchResult HopWatcher::judgeStatus() const {
   // Stores of objects say "forbidden" for what is not there.
   if (isOneOf(status, std::array{403, 404, 410}))
     return {Kind::kMissing, status, text};
-  return {Kind::kTrouble, status, text};
+  return {Kind::kTrouble, status, text, isOneOf(status, std::array{401, 407})};
 }
 
 FetchResult HopWatcher::judge(const HopResult& hop) {
   if (m_verdict)
     return *m_verdict;
-  if (hop.outcome == HopOutcome::kUnreachable)
-    return {Kind::kTrouble, m_header.status, printable(hop.reason)};
+  const bool isUntrusted = hop.outcome == HopOutcome::kUntrusted;
+  if (isUntrusted || hop.outcome == HopOutcome::kUnreachable)
+    return {Kind::kTrouble, m_header.status, printable(hop.reason), isUntrusted};
   if (m_header.status != 200)
     return judgeStatus();
   const bool isShort = m_header.contentLength && *m_header.contentLength != m_received;
   if (hop.outcome == HopOutcome::kCutOff || isShort)
-    return {Kind::kRefused, 200, "cut off"};
+    return {Kind::kCutOff, 200, "cut off"};
   if (!m_progress.complete())
     return {Kind::kCanceled, 200, "canceled"};
   return {Kind::kDone, 200, "status 200"};

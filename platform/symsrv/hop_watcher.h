@@ -10,7 +10,8 @@
 
 namespace symsrv_1_0::internal {
 
-/// Watches the hops of one try; its limits on time hold for all of them together.
+/// Watches the hops of one try; its limits on time hold for all of them together. The time that the
+/// caller's progress object takes counts for none.
 class HopWatcher final : public IHopSink {
  public:
   HopWatcher(const Limits& limits, Progress& progress, IFetchSink& sink);
@@ -27,6 +28,7 @@ class HopWatcher final : public IHopSink {
 
   /// Returns true for an answer that may be another one soon; `retryAfter` tells how soon.
   bool isBusy() const { return m_isBusy; }
+  int status() const { return m_header.status; }
   const std::string& retryAfter() const { return m_header.retryAfter; }
 
  private:

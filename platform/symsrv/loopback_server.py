@@ -223,6 +223,13 @@ class Answer:
     def to_relative(self):
         self.redirect(f"../../../good/./{self.rest()}")
 
+    def to_raw(self):
+        """Redirects with a blank and a letter beyond ASCII that nobody escaped."""
+        self.redirect(f"/raw/x y/\u00e4/{self.rest()}")
+
+    def raw(self):
+        self.good() if self.path.startswith("/raw/x%20y/%C3%A4/") else self.missing()
+
     def to_file(self):
         self.redirect("file:///etc/hostname")
 

@@ -55,15 +55,21 @@ bool isFresh(const Miss& miss, std::chrono::seconds expiry) {
 
 }  // namespace
 
-void ServerMemory::setAside(const std::string& origin, const std::string& reason) {
+void ServerMemory::setAside(const std::string& origin,
+                            const std::string& reason,
+                            std::optional<std::chrono::seconds> time) {
+  const Clock::time_point until = time ? Clock::now() + *time : Clock::time_point::max();
   const std::lock_guard guard(m_lock);
-  m_reasons.emplace(origin, reason);
+  Aside& aside = m_aside[origin];
+  if (aside.until < until)
+    aside = {reason, until};
 }
 
 std::string ServerMemory::reasonAgainst(const std::string& origin) const {
   const std::lock_guard guard(m_lock);
-  const auto found = m_reasons.find(origin);
-  return found == m_reasons.end() ? std::string() : found->second;
+  const auto found = m_aside.find(origin);
+  const bool isAside = found != m_aside.end() && Clock::now() < found->second.until;
+  return isAside ? found->second.reason : std::string();
 }
 
 void MissMemory::remember(const std::string& address, const DirectoryStore* store) {

@@ -12,16 +12,26 @@
 
 namespace symsrv_1_0::internal {
 
-/// Servers that failed are left alone for the rest of the process. Threads: any.
+/// Servers that failed are left alone for a while, or for the rest of the process. Threads: any.
 class ServerMemory final {
  public:
-  void setAside(const std::string& origin, const std::string& reason);
+  /// Without a time: for good.
+  void setAside(const std::string& origin,
+                const std::string& reason,
+                std::optional<std::chrono::seconds> time);
   /// Returns the reason. Empty when the server is not set aside.
   std::string reasonAgainst(const std::string& origin) const;
 
  private:
+  using Clock = std::chrono::steady_clock;
+
+  struct Aside {
+    std::string reason;
+    Clock::time_point until;
+  };
+
   mutable std::mutex m_lock;
-  std::map<std::string, std::string> m_reasons;  // guarded by m_lock
+  std::map<std::string, Aside> m_aside;  // guarded by m_lock
 };
 
 /// Files that a server did not have, until the memory expires. In this process, and for others in

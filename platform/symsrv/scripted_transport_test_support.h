@@ -11,7 +11,7 @@
 namespace symsrv_1_0::internal {
 
 struct ScriptedAnswer {
-  int status = 200;
+  int status = 200;  ///< 0: no answer at all.
   std::string location = {};
   std::string retryAfter = {};
   std::string contentType = {};
@@ -31,6 +31,8 @@ class ScriptedTransport final : public ITransport {
     const ScriptedAnswer answer = m_answers.front();
     if (m_answers.size() > 1)
       m_answers.pop_front();
+    if (answer.status == 0)
+      return {answer.outcome, {}};
     HopHeader header;
     header.status = answer.status;
     header.location = answer.location;

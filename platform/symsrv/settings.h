@@ -25,6 +25,8 @@ struct Settings {
   std::string caFile;
   Limits limits;
   std::chrono::seconds missExpiry{600};
+  std::chrono::seconds serverExpiry{900};  ///< Of a server that failed, unless it failed for good.
+  std::chrono::seconds leastServerExpiry{10};  ///< However soon the server wants to be asked again.
   std::chrono::seconds staleTemporary{24 * 3600};
 };
 

@@ -44,7 +44,8 @@ class IHopSink : public IByteSink {
 enum class HopOutcome {
   kComplete,     ///< The answer came to its end as far as the protocol tells.
   kStopped,      ///< The sink ended it.
-  kUnreachable,  ///< No connection, no trust, or no sensible answer.
+  kUnreachable,  ///< No connection, or no sensible answer.
+  kUntrusted,    ///< The server does not show a certificate that is trusted.
   kCutOff        ///< The answer ended early.
 };
 

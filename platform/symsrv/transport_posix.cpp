@@ -191,6 +191,13 @@ void Hop::setUp(const HopRequest& request) {
   setUserInfo(request.userInfo);
 }
 
+/// Certificates do not change while a program runs, neither theirs nor ours.
+bool isMistrust(CURLcode code) {
+  return code == CURLE_PEER_FAILED_VERIFICATION || code == CURLE_SSL_CERTPROBLEM ||
+         code == CURLE_SSL_CACERT_BADFILE || code == CURLE_SSL_ISSUER_ERROR ||
+         code == CURLE_SSL_INVALIDCERTSTATUS;
+}
+
 HopResult Hop::resultOf(CURLcode code) const {
   if (m_isStopped)
     return {HopOutcome::kStopped, {}};
@@ -202,7 +209,9 @@ HopResult Hop::resultOf(CURLcode code) const {
   const bool isCutOff = code == CURLE_PARTIAL_FILE || code == CURLE_RECV_ERROR ||
                         code == CURLE_HTTP2 || code == CURLE_HTTP2_STREAM;
   const bool hasBegun = m_header.status != 0;
-  return {isCutOff && hasBegun ? HopOutcome::kCutOff : HopOutcome::kUnreachable, reason};
+  if (isCutOff && hasBegun)
+    return {HopOutcome::kCutOff, reason};
+  return {isMistrust(code) ? HopOutcome::kUntrusted : HopOutcome::kUnreachable, reason};
 }
 
 HopResult Hop::wait() {

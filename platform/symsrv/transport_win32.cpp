@@ -144,9 +144,9 @@ std::wstring extraHeaders(const std::string& userInfo) {
 }
 
 HopResult failed(DWORD error) {
-  const bool isTrust = error == ERROR_WINHTTP_SECURE_FAILURE;
-  return {HopOutcome::kUnreachable,
-          isTrust ? "the certificate is not trusted" : "error " + std::to_string(error)};
+  if (error == ERROR_WINHTTP_SECURE_FAILURE)
+    return {HopOutcome::kUntrusted, "the certificate is not trusted"};
+  return {HopOutcome::kUnreachable, "error " + std::to_string(error)};
 }
 
 /// One request on its way.

@@ -143,6 +143,18 @@ std::string resolveLocation(const Url& from, std::string_view location) {
          rest;
 }
 
+std::string escapedAddress(std::string_view address) {
+  const std::size_t host = address.find("://");
+  const std::size_t path =
+      host == std::string_view::npos ? host : address.find_first_of("/?#", host + 3);
+  std::string text(address.substr(0, path));
+  for (const char c : path == std::string_view::npos ? "" : address.substr(path)) {
+    const bool isPlain = (c > 0x20 && c < 0x7F) || c == '\r' || c == '\n';
+    text += isPlain ? std::string(1, c) : "%" + upperHex(static_cast<unsigned char>(c), 2);
+  }
+  return text;
+}
+
 std::string shownUrl(std::string_view text) {
   const std::optional<Url> url = parseUrl(text);
   if (!url)

@@ -43,6 +43,10 @@ std::optional<Url> parseAddress(std::string_view text);
 /// of another scheme comes back as it is.
 std::string resolveLocation(const Url& from, std::string_view location);
 
+/// Returns the address with what is neither printable nor ASCII escaped behind the host. Ends of
+/// lines stay: nobody means them.
+std::string escapedAddress(std::string_view address);
+
 /// Returns an address without credentials and query, fit for messages. Takes any text.
 std::string shownUrl(std::string_view text);
 
