@@ -63,6 +63,7 @@ void ChainSearch::answer(StoreOutcome outcome,
                          const std::string& what,
                          std::uint64_t bytes) {
   say(where, what);
+  m_hasAnswer = true;
   if (m_progress.watcher())
     m_answer = {outcome, printable(where), printable(what), bytes};
 }
@@ -87,18 +88,9 @@ void ChainSearch::tellWatcher(const StoreName& store) const {
 
 std::string ChainSearch::run() {
   for (std::size_t i = 0; i < m_chain.stores.size(); ++i) {
-    const bool isServer = m_chain.stores[i].url.has_value();
-    for (const Place& place : m_sought.places) {
-      if (!(isServer ? place.onServers : place.inDirectories))
-        continue;
-      m_answer = {};
-      std::string path = isServer ? tryServer(i, place) : tryDirectory(i, place);
-      if (m_isUndecided)
-        return {};
-      tellWatcher(m_chain.stores[i]);
-      if (!path.empty() || m_progress.isCanceled())
-        return path;
-    }
+    std::string path = m_chain.stores[i].url ? tryServer(i) : tryDirectory(i);
+    if (!path.empty() || m_isUndecided || m_progress.isCanceled())
+      return path;
   }
   return {};
 }
@@ -142,17 +134,32 @@ void ChainSearch::sweep(const std::vector<DirectoryStore>& stores) const {
       m_shared.sweepOnce(store);
 }
 
-std::string ChainSearch::tryDirectory(std::size_t index, const Place& place) {
+/// Whatever the number of layouts in which the file may lie there, the store has one answer.
+std::string ChainSearch::tryDirectory(std::size_t index) {
   const DirectoryStore store = directory(index);
+  m_answer = {};
+  m_hasAnswer = false;
+  std::string path;
   if (std::string reason = store.reasonAgainst(); !reason.empty()) {
     answer(StoreOutcome::kLeftAlone, store.root(), reason);
-    return {};
+  } else {
+    for (const Place& place : m_sought.places)
+      if (place.inDirectories && path.empty() && !m_isUndecided && !m_progress.isCanceled())
+        path = lookIn(index, store, place);
+    if (!m_hasAnswer && !m_isUndecided)
+      answer(StoreOutcome::kMissing, store.root(), "not there");
   }
+  if (!m_isUndecided)
+    tellWatcher(m_chain.stores[index]);
+  return path;
+}
+
+std::string ChainSearch::lookIn(std::size_t index,
+                                const DirectoryStore& store,
+                                const Place& place) {
   const std::shared_ptr<Folder> folder = store.find(place);
-  if (!folder) {
-    answer(StoreOutcome::kMissing, store.root(), "not there");
+  if (!folder)
     return {};
-  }
   std::vector<std::string> names = {place.file};
   if (place.isKeyed)
     names.push_back(compressedName(place.file));

@@ -26,7 +26,8 @@ class ChainSearch final {
     bool isForGood = true;  // and said so clearly
   };
 
-  std::string tryDirectory(std::size_t index, const Place& place);
+  std::string tryDirectory(std::size_t index);
+  std::string lookIn(std::size_t index, const DirectoryStore& store, const Place& place);
   std::string tryFile(std::size_t index, IByteSource& file, const std::string& path);
   std::string trySpare(std::size_t index);
   std::string wasBrought(const std::vector<DirectoryStore>& stores);
@@ -35,12 +36,14 @@ class ChainSearch final {
                                           const std::string& storeRoot,
                                           std::string& path);
 
-  std::string tryServer(std::size_t index, const Place& place);
+  std::string tryServer(std::size_t index);
+  std::string askFor(std::size_t index, const Place& place);
   std::string tryServerAlone(std::size_t index,
                              const Place& place,
                              const std::string& key,
                              const DirectoryStore* notes);
-  bool mayAsk(const Url& url,
+  std::string reasonNotToAsk(std::size_t index) const;
+  bool mayAsk(std::size_t index,
               const Place& place,
               const std::string& key,
               const DirectoryStore* notes);
@@ -78,7 +81,8 @@ class ChainSearch final {
     std::string what;
     std::uint64_t bytes = 0;
   };
-  Answer m_answer;  // of the store that is being asked
+  Answer m_answer;  // of the store that is being asked, for the watcher
+  bool m_hasAnswer = false;
   bool m_isUndecided = false;
 };
 

@@ -88,16 +88,29 @@ std::pair<std::string, bool> missKey(const Url& url, const std::vector<std::stri
 
 }  // namespace
 
-bool ChainSearch::mayAsk(const Url& url,
+/// Returns what speaks against the server, whatever it is asked for. Empty when nothing does.
+std::string ChainSearch::reasonNotToAsk(std::size_t index) const {
+  if (!m_shared.m_transport)
+    return "servers are not asked here";
+  std::vector<DirectoryStore> stores = storesBefore(index);
+  if (stores.empty())
+    return "there is no default store; name a cache";
+  if (std::optional<DirectoryStore> spare = spareStore())
+    stores.push_back(*std::move(spare));
+  const auto isUsable = [](const DirectoryStore& store) { return store.reasonAgainst().empty(); };
+  if (std::none_of(stores.begin(), stores.end(), isUsable))
+    return "no store can take its files";
+  const std::string reason = m_shared.m_servers.reasonAgainst(m_chain.stores[index].url->origin());
+  return reason.empty() ? reason : "left alone: " + reason;
+}
+
+bool ChainSearch::mayAsk(std::size_t index,
                          const Place& place,
                          const std::string& key,
                          const DirectoryStore* notes) {
-  if (!m_shared.m_transport) {
-    answer(StoreOutcome::kLeftAlone, url.shownBelow({}), "servers are not asked here");
-    return false;
-  }
-  if (std::string reason = m_shared.m_servers.reasonAgainst(url.origin()); !reason.empty()) {
-    answer(StoreOutcome::kLeftAlone, url.shownBelow({}), "left alone: " + reason);
+  const Url& url = *m_chain.stores[index].url;
+  if (std::string reason = reasonNotToAsk(index); !reason.empty()) {
+    answer(StoreOutcome::kLeftAlone, url.shownBelow({}), reason);
     return false;
   }
   if (m_shared.m_misses.isMissing(key, notes)) {
@@ -109,7 +122,24 @@ bool ChainSearch::mayAsk(const Url& url,
   return true;
 }
 
-std::string ChainSearch::tryServer(std::size_t index, const Place& place) {
+/// Each layout has its own addresses and so its own answer, until something speaks against the
+/// server.
+std::string ChainSearch::tryServer(std::size_t index) {
+  for (const Place& place : m_sought.places) {
+    if (!place.onServers)
+      continue;
+    m_answer = {};
+    std::string path = askFor(index, place);
+    if (m_isUndecided)
+      return {};
+    tellWatcher(m_chain.stores[index]);
+    if (!path.empty() || m_progress.isCanceled() || !reasonNotToAsk(index).empty())
+      return path;
+  }
+  return {};
+}
+
+std::string ChainSearch::askFor(std::size_t index, const Place& place) {
   const Url& url = *m_chain.stores[index].url;
   const auto [key, mayBeStored] = missKey(url, place.components(false, place.file));
   const std::optional<DirectoryStore> store = mayBeStored ? nearestStore(index) : std::nullopt;
@@ -117,7 +147,7 @@ std::string ChainSearch::tryServer(std::size_t index, const Place& place) {
   if (!m_request.isNearOnly)
     sweep(storesBefore(index));
   std::string path = trySpare(index);
-  if (!path.empty() || m_isUndecided || !mayAsk(url, place, key, notes))
+  if (!path.empty() || m_isUndecided || !mayAsk(index, place, key, notes))
     return path;
   m_isUndecided = m_request.isNearOnly;
   return m_isUndecided ? std::string() : tryServerAlone(index, place, key, notes);
@@ -131,14 +161,16 @@ std::string ChainSearch::tryServerAlone(std::size_t index,
   const Url& url = *m_chain.stores[index].url;
   const KeyGate::Hold hold(m_shared.m_gate, key, [this] { return m_progress.tick(); });
   if (!hold.isTaken()) {
-    answer(StoreOutcome::kLeftAlone, url.shownBelow({}), "is being asked for it already");
+    answer(StoreOutcome::kLeftAlone,
+           url.shownBelow(place.components(false, place.file)),
+           "is being asked for it already");
     return {};
   }
   if (hold.hasWaited()) {
     std::string path = wasBrought(storesBefore(index));
     if (path.empty())
       path = trySpare(index);
-    if (!path.empty() || !mayAsk(url, place, key, notes))
+    if (!path.empty() || !mayAsk(index, place, key, notes))
       return path;
   }
   // What tells the right file is in the binary, for everybody to read.

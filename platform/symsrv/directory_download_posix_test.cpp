@@ -55,6 +55,7 @@ TEST_F(DirectoryDownloadOnPosix, ADefaultStoreThatIsALinkIsNotUsed) {
   m_tree.addLink("default", "elsewhere");
   file("c", "tiny64.pdb");
   expectRight(obtain({"srv**" + at("c")}), "c");
+  EXPECT_THAT(reports(), HasSubstr("default: is a link"));
   EXPECT_THAT(filesIn("elsewhere"), IsEmpty());
 }
 

@@ -23,9 +23,7 @@ DirectoryStore::DirectoryStore(std::string root, bool takesCopies, const Setting
 std::string DirectoryStore::reasonAgainst() const {
   if (!isAbsolutePath(m_root))
     return "not an absolute path";
-  if (m_isDefault && !isPrivateFolder(m_root))
-    return "others may write there";
-  return {};
+  return m_isDefault ? reasonNotPrivate(m_root) : std::string();
 }
 
 Folder::Access DirectoryStore::access() const {

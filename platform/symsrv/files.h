@@ -121,9 +121,9 @@ class Folder final : public std::enable_shared_from_this<Folder> {
 /// Returns true for a path that names the same thing wherever it is said.
 bool isAbsolutePath(const std::string& path);
 
-/// Returns true when the folder is the user's own and nobody else may write there, or when it does
-/// not exist yet.
-bool isPrivateFolder(const std::string& path);
+/// Returns an empty text when the folder is the user's own and nobody else may write there, or when
+/// it does not exist yet; otherwise what speaks against it.
+std::string reasonNotPrivate(const std::string& path);
 
 /// Returns the path for the standard library.
 std::filesystem::path standardPath(const std::string& path);

@@ -197,11 +197,17 @@ bool isAbsolutePath(const std::string& path) {
   return !path.empty() && path.front() == '/';
 }
 
-bool isPrivateFolder(const std::string& path) {
+std::string reasonNotPrivate(const std::string& path) {
   struct stat status {};
   if (lstat(path.c_str(), &status) != 0)
-    return errno == ENOENT;
-  return S_ISDIR(status.st_mode) && status.st_uid == geteuid() && (status.st_mode & 022) == 0;
+    return errno == ENOENT ? "" : "cannot be looked at";
+  if (S_ISLNK(status.st_mode))
+    return "is a link";
+  if (!S_ISDIR(status.st_mode))
+    return "is no directory";
+  if (status.st_uid != geteuid())
+    return "belongs to somebody else";
+  return (status.st_mode & 022) == 0 ? "" : "others may write there";
 }
 
 std::filesystem::path standardPath(const std::string& path) {

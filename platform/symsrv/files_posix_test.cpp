@@ -66,7 +66,7 @@ TEST(FilesOnPosix, NeverWaitForAPipe) {
 TEST(FilesOnPosix, PrivateOnesAreForTheUserAlone) {
   TempTree tree;
   const std::string root = utf8(tree.root()) + "/new/cache";
-  EXPECT_TRUE(isPrivateFolder(root));
+  EXPECT_EQ(reasonNotPrivate(root), "");
   const auto folder =
       Folder::open(root, {"a"}, Folder::Missing::kMake, Links::kRefuse, Folder::Access::kPrivate);
   ASSERT_TRUE(folder);
@@ -75,11 +75,13 @@ TEST(FilesOnPosix, PrivateOnesAreForTheUserAlone) {
   EXPECT_EQ(modeOf(root), 0700u);
   EXPECT_EQ(modeOf(root + "/a"), 0700u);
   EXPECT_EQ(modeOf(root + "/a/f"), 0600u);
-  EXPECT_TRUE(isPrivateFolder(root));
+  EXPECT_EQ(reasonNotPrivate(root), "");
   ASSERT_EQ(chmod(root.c_str(), 0777), 0);
-  EXPECT_FALSE(isPrivateFolder(root));
+  EXPECT_EQ(reasonNotPrivate(root), "others may write there");
   tree.addLink("link", "new/cache/a");
-  EXPECT_FALSE(isPrivateFolder(utf8(tree.path("link"))));
+  EXPECT_EQ(reasonNotPrivate(utf8(tree.path("link"))), "is a link");
+  EXPECT_EQ(reasonNotPrivate(root + "/a/f"), "is no directory");
+  EXPECT_EQ(reasonNotPrivate(root + "/a/f/x"), "cannot be looked at");
 }
 
 /// Files grow no further than this while it is there.

@@ -246,10 +246,14 @@ bool isAbsolutePath(const std::string& path) {
   return isShare || (path[1] == ':' && isSeparator(path[2]));
 }
 
-bool isPrivateFolder(const std::string& path) {
+std::string reasonNotPrivate(const std::string& path) {
   // What lies in the user's own folders is the user's own; a link may lead anywhere.
   const DWORD attributes = GetFileAttributesW(systemPath(path).c_str());
-  return attributes == INVALID_FILE_ATTRIBUTES || isFolder(path, Links::kRefuse);
+  if (attributes == INVALID_FILE_ATTRIBUTES)
+    return {};
+  if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0)
+    return "is a link";
+  return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? "" : "is no directory";
 }
 
 std::filesystem::path standardPath(const std::string& path) {

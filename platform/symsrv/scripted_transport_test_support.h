@@ -32,7 +32,7 @@ class ScriptedTransport final : public ITransport {
     if (m_answers.size() > 1)
       m_answers.pop_front();
     if (answer.status == 0)
-      return {answer.outcome, {}};
+      return {answer.outcome, "no answer"};
     HopHeader header;
     header.status = answer.status;
     header.location = answer.location;

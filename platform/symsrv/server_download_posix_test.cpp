@@ -39,6 +39,14 @@ TEST_F(SecureDownloadOnPosix, TrustsNobodyByItself) {
   EXPECT_THAT(reports(), HasSubstr("certificate"));
 }
 
+TEST_F(SecureDownloadOnPosix, IsNotTriedAgainWithoutTrust) {
+  m_settings.serverExpiry = m_settings.leastServerExpiry = std::chrono::seconds(0);
+  EXPECT_EQ(obtainFrom("good"), "");
+  m_reports.clear();
+  EXPECT_EQ(obtainFrom("good"), "");
+  EXPECT_THAT(reports(), HasSubstr("left alone"));
+}
+
 TEST_F(SecureDownloadOnPosix, NeverFallsToPlainHttp) {
   m_settings.caFile = m_certificate;
   EXPECT_EQ(obtainFrom("to-http"), "");

@@ -55,6 +55,7 @@ INSTANTIATE_TEST_SUITE_P(Ways,
                                            "to-other-host",
                                            "to-slash",
                                            "to-relative",
+                                           "to-raw",
                                            "endless-tiers",
                                            "e503-once",
                                            "good?secret=1",
@@ -91,8 +92,6 @@ void PrintTo(const BadWayRow& row, std::ostream* out) {
 }
 
 const BadWayRow kBadWays[] = {
-    {"cut-length", "cut off", false},
-    {"cut-chunked", "cut off", false},
     {"cut-without-length", "damaged or cut off", false},
     {"endless", "larger than the limit", false},
     {"huge-length", "larger than the limit", false},
@@ -116,8 +115,8 @@ const BadWayRow kBadWays[] = {
     {"missing", "status 404", false},
     {"loop", "redirected too often", true},
     {"redirect-6", "redirected too often", true},
-    {"to-file", "not supported", true},
-    {"to-ftp", "not supported", true},
+    {"to-file", "not supported", false},
+    {"to-ftp", "not supported", false},
     {"e500", "status 500", true},
     {"e503-later", "status 503", true},
     {"e401", "status 401", true},
@@ -128,6 +127,25 @@ INSTANTIATE_TEST_SUITE_P(Table, BadWay, ::testing::ValuesIn(kBadWays), [](const 
   std::erase(name, '-');
   return name;
 });
+
+class CutOffWay : public ServerDownload, public ::testing::WithParamInterface<const char*> {};
+
+TEST_P(CutOffWay, IsTriedTwiceAndTakenForNothingElse) {
+  EXPECT_EQ(obtainFrom(GetParam()), "");
+  const std::string way = "/" + std::string(GetParam()) + "/";
+  EXPECT_THAT(requests(),
+              ElementsAre(StartsWith(way + "index2.txt "),
+                          StartsWith(way + key() + " "),
+                          StartsWith(way + key() + " ")));
+  EXPECT_THAT(reports(), HasSubstr("cut off"));
+  EXPECT_THAT(filesIn("cache"), IsEmpty());
+  m_reports.clear();
+  EXPECT_EQ(obtainFrom(GetParam()), "");
+  EXPECT_THAT(requests(), SizeIs(5)) << "the file is asked for again";
+  EXPECT_THAT(reports(), Not(AnyOf(HasSubstr("missing"), HasSubstr("left alone"))));
+}
+
+INSTANTIATE_TEST_SUITE_P(Ways, CutOffWay, ::testing::Values("cut-length", "cut-chunked"));
 
 TEST_F(ServerDownload, CompressedFilesAreAskedForWhenPlainOnesAreMissing) {
   expectRight(obtainFrom("compressed"));
@@ -150,6 +168,17 @@ TEST_F(ServerDownload, OneStoreThatIsAServerIsAskedOnceForAFile) {
     EXPECT_THAT(requests(), SizeIs(2)) << "the tiers and the file";
     forget();
   }
+}
+
+TEST_F(ServerDownload, AServerWhoseFilesNobodyCanKeepIsNotAsked) {
+  m_settings.defaultStore = "";
+  EXPECT_EQ(obtain({"srv*" + address("good")}), "");
+  EXPECT_THAT(reports(), HasSubstr("there is no default store; name a cache"));
+  forget();
+  m_settings.defaultStore = "relative";
+  EXPECT_EQ(obtain({"srv*" + address("good")}), "");
+  EXPECT_THAT(reports(), HasSubstr("no store can take its files"));
+  EXPECT_THAT(requests(), IsEmpty());
 }
 
 TEST_F(ServerDownload, StoresInTheMiddleGetACopy) {
@@ -217,6 +246,11 @@ TEST_F(ServerDownload, AFileThatTheCacheDidNotTakeIsNotMissing) {
   EXPECT_THAT(requests(), SizeIs(2)) << "the compressed file could not be written either";
   std::filesystem::remove_all(at("cache"));
   expectRight(obtainFrom("good"));
+}
+
+TEST_F(ServerDownload, TheQuestionForTiersLeavesTheStartToTheFile) {
+  expectRight(obtainFrom("endless-tiers"));
+  EXPECT_EQ(m_progress.m_size, 72);
 }
 
 TEST_F(ServerDownload, CredentialsGoToTheirHostAlone) {

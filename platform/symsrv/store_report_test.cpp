@@ -1,5 +1,6 @@
 // What a watcher hears of the stores.
 
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -37,6 +38,46 @@ TEST_F(StoreReports, NameEachDirectoryOfAChain) {
   EXPECT_EQ(stores()[1].place, at("b/" + key()));
   EXPECT_EQ(stores()[1].bytes, sizeOfFile());
   for (const RecordedStore& store : stores()) EXPECT_EQ(store.identity + "/tiny64.pdb", key());
+}
+
+TEST_F(StoreReports, SayOnceThatADirectoryHasItInNeitherLayout) {
+  obtain({"srv*" + at("a") + "*" + at("b")}, "hello");
+  ASSERT_THAT(stores(), SizeIs(2));
+  EXPECT_EQ(stores()[0].store, at("a"));
+  EXPECT_EQ(stores()[0].outcome, StoreOutcome::kMissing);
+  EXPECT_EQ(m_reports, (std::vector{at("a") + ": not there", at("b") + ": not there"}));
+}
+
+TEST_F(StoreReports, SayOnceWhatSpeaksAgainstAStore) {
+  obtain({"srv*relative"}, "hello");
+  ASSERT_THAT(stores(), SizeIs(1));
+  EXPECT_EQ(stores()[0].outcome, StoreOutcome::kLeftAlone);
+  EXPECT_THAT(m_reports, SizeIs(1));
+}
+
+TEST_F(StoreReports, KeepWhatSpokeAgainstAFileInTheOtherLayout) {
+  const std::string id = contentOf(realFile("hello.id")).substr(0, 40);
+  file("a", "second", ".build-id/" + id.substr(0, 2) + "/" + id.substr(2) + ".debug");
+  obtain({"srv*" + at("a")}, "hello");
+  ASSERT_THAT(stores(), SizeIs(1));
+  EXPECT_EQ(stores()[0].outcome, StoreOutcome::kMismatch);
+}
+
+TEST_F(StoreReports, SayThatAFolderIsEmpty) {
+  m_tree.addDirectory("a/" + key());
+  std::filesystem::remove(at("a/" + key()));
+  obtain({"srv*" + at("a")});
+  EXPECT_EQ(m_reports, std::vector{at("a") + ": not there"});
+}
+
+TEST_F(StoreReports, SayOnceThatAServerIsLeftAlone) {
+  serve();
+  for (int i = 0; i < 2; ++i) {
+    m_reports.clear();
+    obtainFrom("refuse", "hello");
+  }
+  EXPECT_THAT(m_reports, SizeIs(2)) << "the cache and the server";
+  EXPECT_THAT(stores(), SizeIs(4));
 }
 
 TEST_F(StoreReports, TellAFileOfAnotherBuild) {
