@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
 #include <dlfcn.h>
 #include <memory>
 #include <new>
@@ -14,12 +15,12 @@ namespace {
 
 const char* const kModule = "quiver_symsrv.so";
 
-/// Returns the directory, links resolved, with "/" at its end. Empty when the library was loaded by
-/// a relative name: the working directory may be another one by now.
+/// Returns the directory, links resolved, with "/" at its end. Empty when it is not known: a name
+/// without any directory is that of a program, which may lie anywhere.
 std::string libraryDirectory() {
   Dl_info info{};
   if (dladdr(reinterpret_cast<void*>(&loadCreateFunction), &info) == 0 || !info.dli_fname ||
-      info.dli_fname[0] != '/')
+      !std::strchr(info.dli_fname, '/'))
     return {};
   const std::unique_ptr<char, decltype(&std::free)> real(realpath(info.dli_fname, nullptr),
                                                          &std::free);
@@ -29,13 +30,24 @@ std::string libraryDirectory() {
   return path.substr(0, path.rfind('/') + 1);
 }
 
+/// Asked when the library is loaded: a relative name leads elsewhere as soon as the program changes
+/// its directory.
+std::string directoryAtLoad() noexcept {
+  try {
+    return libraryDirectory();
+  } catch (const std::bad_alloc&) {
+    return {};
+  }
+}
+
+const std::string g_directory = directoryAtLoad();
+
 }  // namespace
 
 CreateFunction loadCreateFunction() {
-  const std::string directory = libraryDirectory();
-  if (directory.empty())
+  if (g_directory.empty())
     return nullptr;
-  void* module = dlopen((directory + kModule).c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
+  void* module = dlopen((g_directory + kModule).c_str(), RTLD_NOW | RTLD_LOCAL | RTLD_NODELETE);
   return module ? reinterpret_cast<CreateFunction>(dlsym(module, kCreateFunction)) : nullptr;
 }
 
