@@ -6,7 +6,7 @@
 #include "paku/file_ops.h"
 #include "paku/file_status_win32.h"
 #include "paku/native_path_win32.h"
-#include "paku/no_dialogs_win32.h"
+#include "paku/no_dialogs.h"
 #include "paku/regular_file_win32.h"
 #include "paku/temporary_name.h"
 
@@ -142,7 +142,7 @@ int targetRefusal(const std::wstring& target, bool overwrite) {
 }  // namespace
 
 int copyFile(const Filename& from, const Filename& to, bool overwrite) {
-  const internal::NoDialogs noDialogs;
+  const NoDialogs noDialogs;
   std::wstring source;
   std::wstring target;
   // The prefix is on both: the other name of the target may be longer than the target's.

@@ -4,12 +4,12 @@
 #include "paku/file_ops.h"
 #include "paku/file_status_win32.h"
 #include "paku/native_path_win32.h"
-#include "paku/no_dialogs_win32.h"
+#include "paku/no_dialogs.h"
 
 namespace PAKU_3_1 {
 
 int createDirectory(const Filename& directory) {
-  const internal::NoDialogs noDialogs;
+  const NoDialogs noDialogs;
   std::wstring path;
   if (!internal::nativePath(directory.text().text(), path))
     return ERROR_INVALID_NAME;

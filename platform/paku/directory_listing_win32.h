@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "paku/directory_tree.h"
-#include "paku/no_dialogs_win32.h"
+#include "paku/no_dialogs.h"
 
 namespace PAKU_3_1::internal {
 

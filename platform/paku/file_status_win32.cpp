@@ -3,7 +3,7 @@
 #include "paku/file_status_win32.h"
 
 #include "paku/file_handle_win32.h"
-#include "paku/no_dialogs_win32.h"
+#include "paku/no_dialogs.h"
 
 namespace PAKU_3_1::internal {
 namespace {

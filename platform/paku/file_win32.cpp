@@ -8,7 +8,7 @@
 #include "paku/file_status_win32.h"
 #include "paku/md5.h"
 #include "paku/native_path_win32.h"
-#include "paku/no_dialogs_win32.h"
+#include "paku/no_dialogs.h"
 #include "paku/regular_file_win32.h"
 
 namespace PAKU_3_1 {
@@ -81,7 +81,7 @@ FileModifiable::FileModifiable(const Filename& filename, bool writable) {
   std::wstring path;
   if (!writable || !internal::nativePath(filename.text().text(), path))
     return;
-  const internal::NoDialogs noDialogs;
+  const NoDialogs noDialogs;
   const DWORD attributes = GetFileAttributesW(path.c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES || attributes & FILE_ATTRIBUTE_DIRECTORY ||
       !(attributes & FILE_ATTRIBUTE_READONLY))

@@ -2,26 +2,21 @@
 
 #pragma once
 
-#include <windows.h>
-
-namespace PAKU_3_1::internal {
+namespace PAKU_3_1 {
 
 /// While it lives, what fails on this thread fails without a message box of the system's: an empty
 /// drive, a medium that was taken out, a file that cannot be opened. What the thread does without
-/// besides stays so.
+/// besides stays so. Systems without such boxes have nothing to do.
 class NoDialogs final {
  public:
-  NoDialogs() {
-    SetThreadErrorMode(GetThreadErrorMode() | SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX,
-                       &m_former);
-  }
-  ~NoDialogs() { SetThreadErrorMode(m_former, nullptr); }
+  NoDialogs();
+  ~NoDialogs();
 
   NoDialogs(const NoDialogs&) = delete;
   NoDialogs& operator=(const NoDialogs&) = delete;
 
  private:
-  DWORD m_former = 0;
+  unsigned long m_former = 0;
 };
 
-}  // namespace PAKU_3_1::internal
+}  // namespace PAKU_3_1

@@ -1,7 +1,6 @@
 // The thread's error mode while files are looked at, and afterwards.
 
-#include "paku/no_dialogs_win32.h"
-
+#include <windows.h>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -10,29 +9,18 @@
 #include "paku/file_info.h"
 #include "paku/file_ops.h"
 #include "paku/found_paths_test_support.h"
+#include "paku/no_dialogs.h"
 
+#include "support/scoped_error_mode_win32.h"
 #include "support/temp_tree.h"
 
 namespace PAKU_3_1 {
 namespace {
 
-using internal::NoDialogs;
+using quiver_test::ScopedErrorMode;
 using quiver_test::TempTree;
 
 constexpr DWORD kQuiet = SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX;
-
-/// The thread's mode for the time of a test.
-class ScopedErrorMode final {
- public:
-  explicit ScopedErrorMode(DWORD mode) { SetThreadErrorMode(mode, &m_former); }
-  ~ScopedErrorMode() { SetThreadErrorMode(m_former, nullptr); }
-
-  ScopedErrorMode(const ScopedErrorMode&) = delete;
-  ScopedErrorMode& operator=(const ScopedErrorMode&) = delete;
-
- private:
-  DWORD m_former = 0;
-};
 
 TEST(NoDialogsWindows, HoldsBackMessageBoxesWhileItLives) {
   const ScopedErrorMode before(0);

@@ -2,7 +2,7 @@
 
 #include "paku/regular_file_win32.h"
 
-#include "paku/no_dialogs_win32.h"
+#include "paku/no_dialogs.h"
 
 namespace PAKU_3_1::internal {
 

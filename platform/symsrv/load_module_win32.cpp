@@ -3,6 +3,7 @@
 #include <windows.h>
 #include <string>
 
+#include "paku/no_dialogs.h"
 #include "symsrv/load_module.h"
 
 namespace symsrv_1_0::internal {
@@ -31,6 +32,7 @@ CreateFunction loadCreateFunction() {
   const std::wstring directory = libraryDirectory();
   if (directory.empty())
     return nullptr;
+  const PAKU_3_1::NoDialogs noDialogs;  // also when one of its own libraries cannot be opened
   // The module's own libraries are looked for beside it, never in the working directory.
   const HMODULE module =
       LoadLibraryExW((directory + kModule).c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
