@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include "symsrv/download_fixture_test_support.h"
+#include "symsrv/text.h"
 
 namespace symsrv_1_0::internal {
 namespace {
@@ -57,6 +58,17 @@ TEST_F(DirectoryDownloadOnPosix, ADefaultStoreThatIsALinkIsNotUsed) {
   expectRight(obtain({"srv**" + at("c")}), "c");
   EXPECT_THAT(reports(), HasSubstr("default: is a link"));
   EXPECT_THAT(filesIn("elsewhere"), IsEmpty());
+}
+
+TEST_F(DirectoryDownloadOnPosix, KeysInLowerCaseAreLookedUpWhenTheUserWantsThat) {
+  const std::string lower = toLower(key());
+  file("c", "tiny64.pdb", lower);
+  EXPECT_EQ(obtain({"srv*" + at("a") + "*" + at("c")}), "");
+  forget();
+  m_settings.looksInLowerCase = true;
+  expectRight(obtain({"srv*" + at("a") + "*" + at("c")}), "a");
+  EXPECT_THAT(filesIn("a"), ElementsAre(key())) << "caches have one spelling";
+  EXPECT_EQ(obtain({"srv*" + at("c")}), at("c/" + lower));
 }
 
 TEST_F(DirectoryDownloadOnPosix, LinksInCachesAreNotFollowed) {

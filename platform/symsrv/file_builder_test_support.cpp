@@ -108,6 +108,11 @@ std::size_t putNotes(Bytes& file, std::size_t note, const ElfFields& fields) {
   return idSize == 0 ? 20 : 36 + (idSize + 3) / 4 * 4;
 }
 
+std::string sectionNames(const ElfFields& fields) {
+  const std::string names("\0.note\0.shstrtab\0.gnu_debuglink\0", 33);
+  return fields.debugSection.empty() ? names : names + fields.debugSection + '\0';
+}
+
 }  // namespace
 
 Bytes makeElf(const ElfFields& fields) {
@@ -130,9 +135,7 @@ Bytes makeElf(const ElfFields& fields) {
   const std::size_t noteSize = putNotes(file, note, fields);
   file.put(segments, 4, 4, big).put(segments + by(4, 8), note, word, big);
   file.put(segments + by(16, 32), noteSize, word, big).put(segments + by(28, 48), 4, word, big);
-  std::string nameBytes("\0.note\0.shstrtab\0.gnu_debuglink\0", 33);
-  if (!fields.debugSection.empty())
-    nameBytes += fields.debugSection + '\0';
+  const std::string nameBytes = sectionNames(fields);
   file.put(names, nameBytes);
   const auto section =
       [&](std::size_t index, std::size_t name, std::size_t type, std::size_t at, std::size_t size) {

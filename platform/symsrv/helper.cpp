@@ -2,6 +2,7 @@
 
 #include "symsrv/helper.h"
 
+#include "paku/no_dialogs.h"
 #include "paku/text_encoding.h"
 #include "symsrv/held_reports.h"
 #include "symsrv/text.h"
@@ -28,6 +29,7 @@ void tellOfNoStore(IDownloadProgressCallback* callback, const std::string& reaso
 
 /// Returns what the binary asks for. Nothing after saying why it asks for nothing.
 std::optional<SoughtFile> soughtBy(const wchar_t* binaryFile,
+                                   const Settings& settings,
                                    const Report& report,
                                    IDownloadProgressCallback* callback) {
   std::string name;
@@ -39,6 +41,8 @@ std::optional<SoughtFile> soughtBy(const wchar_t* binaryFile,
     say(report, name + ": " + sought.reason);
     tellOfNoStore(callback, name + ": " + sought.reason);
   }
+  if (sought.file && settings.looksInLowerCase)
+    alsoInLowerCase(*sought.file);
   return std::move(sought.file);
 }
 
@@ -78,10 +82,12 @@ std::vector<std::string> SymSrvHelper::refusals() const {
 
 QV_2_9::ObjectPtr<ISymbolFileInfo> SymSrvHelper::download(const wchar_t* binaryFile,
                                                           IDownloadProgressCallback* callback) {
+  const PAKU_3_1::NoDialogs noDialogs;
   // As they are now: whoever hears of a store may register others.
   const std::vector<Chain> servers = chains();
   const std::vector<std::string> unusable = refusals();
-  const std::optional<SoughtFile> sought = soughtBy(binaryFile, m_report, callback);
+  const std::optional<SoughtFile> sought =
+      soughtBy(binaryFile, m_downloader.settings(), m_report, callback);
   if (!sought)
     return nullptr;
   for (const std::string& refusal : unusable) tellOfNoStore(callback, refusal);
@@ -98,6 +104,7 @@ bool SymSrvHelper::findNear(const wchar_t* binaryFile,
                             std::int32_t count,
                             IStoreWatcher* watcher,
                             QV_2_9::ObjectPtr<ISymbolFileInfo>* file) {
+  const PAKU_3_1::NoDialogs noDialogs;
   HeldReports held(m_report, watcher);
   ChainList servers;
   std::vector<std::string> unusable;
@@ -112,7 +119,8 @@ bool SymSrvHelper::findNear(const wchar_t* binaryFile,
     unusable.push_back(std::move(refusal));
   }
   std::optional<std::string> path = std::string();
-  if (const std::optional<SoughtFile> sought = soughtBy(binaryFile, held.lines(), &held)) {
+  if (const std::optional<SoughtFile> sought =
+          soughtBy(binaryFile, m_downloader.settings(), held.lines(), &held)) {
     for (const std::string& refusal : unusable) tellOfNoStore(&held, refusal);
     Progress progress(&held);
     path = m_downloader.obtainNear(servers.chains(), *sought, progress, held.lines());

@@ -71,6 +71,17 @@ TEST_F(ServerDownloadOnPosix, AnEndlessHeaderIsNotReadToItsEnd) {
   EXPECT_THAT(filesIn("cache"), IsEmpty());
 }
 
+// Elsewhere the system takes what has come for the whole, and only its content tells.
+TEST_F(ServerDownloadOnPosix, ChunksThatAreCutOffAreNoMiss) {
+  for (std::size_t asked : {3u, 5u}) {
+    m_reports.clear();
+    EXPECT_EQ(obtainFrom("cut-chunked"), "");
+    EXPECT_THAT(requests(), ::testing::SizeIs(asked)) << "the tiers once, the file twice each time";
+    EXPECT_THAT(reports(), HasSubstr("cut off"));
+  }
+  EXPECT_THAT(filesIn("cache"), IsEmpty());
+}
+
 TEST_F(ServerDownloadOnPosix, TheDefaultStoreIsForTheUserAloneFromTheFirstMissOn) {
   const mode_t old = umask(002);
   EXPECT_EQ(obtain({"srv*" + address("missing")}), "");

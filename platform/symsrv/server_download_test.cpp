@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 
 #include "symsrv/download_fixture_test_support.h"
+#include "symsrv/text.h"
 
 namespace symsrv_1_0::internal {
 namespace {
@@ -128,24 +129,19 @@ INSTANTIATE_TEST_SUITE_P(Table, BadWay, ::testing::ValuesIn(kBadWays), [](const 
   return name;
 });
 
-class CutOffWay : public ServerDownload, public ::testing::WithParamInterface<const char*> {};
-
-TEST_P(CutOffWay, IsTriedTwiceAndTakenForNothingElse) {
-  EXPECT_EQ(obtainFrom(GetParam()), "");
-  const std::string way = "/" + std::string(GetParam()) + "/";
+TEST_F(ServerDownload, WhatIsCutOffIsTriedTwiceAndTakenForNothingElse) {
+  EXPECT_EQ(obtainFrom("cut-length"), "");
   EXPECT_THAT(requests(),
-              ElementsAre(StartsWith(way + "index2.txt "),
-                          StartsWith(way + key() + " "),
-                          StartsWith(way + key() + " ")));
+              ElementsAre(StartsWith("/cut-length/index2.txt "),
+                          StartsWith("/cut-length/" + key() + " "),
+                          StartsWith("/cut-length/" + key() + " ")));
   EXPECT_THAT(reports(), HasSubstr("cut off"));
   EXPECT_THAT(filesIn("cache"), IsEmpty());
   m_reports.clear();
-  EXPECT_EQ(obtainFrom(GetParam()), "");
+  EXPECT_EQ(obtainFrom("cut-length"), "");
   EXPECT_THAT(requests(), SizeIs(5)) << "the file is asked for again";
   EXPECT_THAT(reports(), Not(AnyOf(HasSubstr("missing"), HasSubstr("left alone"))));
 }
-
-INSTANTIATE_TEST_SUITE_P(Ways, CutOffWay, ::testing::Values("cut-length", "cut-chunked"));
 
 TEST_F(ServerDownload, CompressedFilesAreAskedForWhenPlainOnesAreMissing) {
   expectRight(obtainFrom("compressed"));
@@ -206,6 +202,14 @@ TEST_F(ServerDownload, AsksInTheOrderOfStores) {
                           StartsWith("/e403/" + key("tiny64.pd_") + " "),
                           StartsWith("/good/index2.txt "),
                           StartsWith("/good/" + key() + " ")));
+}
+
+TEST_F(ServerDownload, KeysInLowerCaseAreAskedForLast) {
+  m_settings.looksInLowerCase = true;
+  EXPECT_EQ(obtainFrom("missing"), "");
+  EXPECT_THAT(requests(), SizeIs(5)) << "the tiers, the file and its compressed form, twice";
+  EXPECT_THAT(requests()[1], StartsWith("/missing/" + key() + " "));
+  EXPECT_THAT(requests()[3], StartsWith("/missing/" + toLower(key()) + " "));
 }
 
 TEST_F(ServerDownload, MissesAreRememberedOnDiskForOtherProcesses) {

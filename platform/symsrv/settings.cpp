@@ -44,6 +44,7 @@ Settings settingsFromEnvironment() {
   if (settings.defaultStore.empty())
     settings.defaultStore = systemDefaultStore();
   settings.caFile = variable(L"QUIVER_SYMBOL_CA");
+  settings.looksInLowerCase = !variable(L"QUIVER_SYMBOL_LOWER_CASE").empty();
   if (const double seconds = secondsIn(variable(L"QUIVER_SYMBOL_TIMEOUT")); seconds > 0)
     limitTime(settings.limits, seconds);
   return settings;

@@ -23,6 +23,7 @@ struct Limits {
 struct Settings {
   std::string defaultStore;  ///< Empty: there is none.
   std::string caFile;
+  bool looksInLowerCase = false;  ///< Also; caches keep the classic spelling.
   Limits limits;
   std::chrono::seconds missExpiry{600};
   std::chrono::seconds serverExpiry{900};  ///< Of a server that failed, unless it failed for good.
@@ -32,10 +33,11 @@ struct Settings {
 
 /// Reads the variables
 ///
-///   QUIVER_SYMBOL_CACHE     the default store
-///   QUIVER_SYMBOL_CA        a file of certificates, for servers of one's own
-///   QUIVER_SYMBOL_TIMEOUT   seconds that one request may take, connecting and answering included
-///   QUIVER_SYMBOL_LOG       set: says on standard error what was asked and answered
+///   QUIVER_SYMBOL_CACHE        the default store
+///   QUIVER_SYMBOL_CA           a file of certificates, for servers of one's own
+///   QUIVER_SYMBOL_TIMEOUT      seconds for one request, connecting and answering included
+///   QUIVER_SYMBOL_LOWER_CASE   set: looks under keys in lower case too
+///   QUIVER_SYMBOL_LOG          set: says on standard error what was asked and answered
 Settings settingsFromEnvironment();
 
 /// Returns where the system's users have their caches, with a folder for this program's symbols.

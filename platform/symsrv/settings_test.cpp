@@ -51,5 +51,12 @@ TEST(Settings, NameTheDefaultStore) {
   EXPECT_EQ(settingsFromEnvironment().defaultStore, "/caches/symbols");
 }
 
+TEST(Settings, TellWhetherToLookInLowerCase) {
+  ScopedVariable variable("QUIVER_SYMBOL_LOWER_CASE");
+  EXPECT_FALSE(settingsFromEnvironment().looksInLowerCase);
+  variable.set("1");
+  EXPECT_TRUE(settingsFromEnvironment().looksInLowerCase);
+}
+
 }  // namespace
 }  // namespace symsrv_1_0::internal

@@ -128,6 +128,21 @@ std::string codeViewId(const CodeView& record) {
   return upperHex(record.signature, 8) + lowerHex(record.age);
 }
 
+void alsoInLowerCase(SoughtFile& sought) {
+  const std::vector<Place> classic = sought.places;
+  for (Place place : classic) {
+    if (!place.isKeyed)
+      continue;
+    for (std::string& folder : place.folders) folder = toLower(folder);
+    place.file = toLower(place.file);
+    const auto isSame = [&](const Place& p) {
+      return p.folders == place.folders && p.file == place.file;
+    };
+    if (std::none_of(sought.places.begin(), sought.places.end(), isSame))
+      sought.places.push_back(std::move(place));
+  }
+}
+
 SoughtResult soughtFileOf(IByteSource& binary, std::string_view binaryName) {
   if (const std::optional<ElfIdentity> elf = readElfIdentity(binary))
     return soughtByElf(*elf);

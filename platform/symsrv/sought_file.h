@@ -58,6 +58,9 @@ struct SoughtResult {
 /// `binaryName` serves where the binary names no symbol file: "x.dll" makes "x.pdb".
 SoughtResult soughtFileOf(IByteSource& binary, std::string_view binaryName);
 
+/// Adds places with the keys in lower case, for stores that tell the cases apart and have them so.
+void alsoInLowerCase(SoughtFile& sought);
+
 /// Returns the identity part of a key.
 std::string codeViewId(const CodeView& record);
 

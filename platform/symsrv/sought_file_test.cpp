@@ -86,6 +86,19 @@ TEST(SoughtFile, SecondTierIsTheFirstTwoCharacters) {
   EXPECT_EQ(dotted.file->places[0].folderNames(true)[0], "a.pdb");
 }
 
+TEST(SoughtFile, MayLieUnderItsKeyInLowerCaseToo) {
+  SoughtResult result = sought(makePe(true, {rsdsRecord("Tiny.PDB", 10)}));
+  alsoInLowerCase(*result.file);
+  ASSERT_EQ(result.file->places.size(), 2u);
+  EXPECT_EQ(pathOf(result.file->places[0]), "/Tiny.PDB/1346E77CD2BB45C84C4C44205044422Ea/Tiny.PDB");
+  EXPECT_EQ(pathOf(result.file->places[1]), "/tiny.pdb/1346e77cd2bb45c84c4c44205044422ea/tiny.pdb");
+  EXPECT_TRUE(result.file->places[1].isKeyed);
+  EXPECT_EQ(result.file->cachePlace(), &result.file->places[0]);
+  SoughtResult elf = sought(makeElf());
+  alsoInLowerCase(*elf.file);
+  EXPECT_EQ(elf.file->places.size(), 3u) << "its keys have no other spelling";
+}
+
 TEST(SoughtFile, ElfFilesGoByBuildId) {
   const SoughtResult result = sought(makeElf());
   ASSERT_TRUE(result.file);

@@ -106,6 +106,23 @@ std::string headerUtf8(HINTERNET request, DWORD which) {
   return PAKU_3_1::encode(headerText(request, which), text) ? text : std::string();
 }
 
+/// Returns a header as it came: the system has read its bytes in the code page of the machine.
+std::string headerBytes(HINTERNET request, DWORD which) {
+  const std::wstring text = headerText(request, which);
+  const int count = static_cast<int>(text.size());
+  std::string bytes(text.size() * 4, '\0');
+  const int size = WideCharToMultiByte(CP_ACP,
+                                       0,
+                                       text.data(),
+                                       count,
+                                       bytes.data(),
+                                       static_cast<int>(bytes.size()),
+                                       nullptr,
+                                       nullptr);
+  bytes.resize(static_cast<std::size_t>(size));
+  return bytes;
+}
+
 std::string unescaped(std::string_view text) {
   std::string result;
   for (std::size_t i = 0; i < text.size(); ++i) {
@@ -233,7 +250,7 @@ bool Hop::passHeader() {
   header.status = std::atoi(headerUtf8(m_request, WINHTTP_QUERY_STATUS_CODE).c_str());
   header.contentLength = decimal(headerUtf8(m_request, WINHTTP_QUERY_CONTENT_LENGTH));
   header.contentType = headerUtf8(m_request, WINHTTP_QUERY_CONTENT_TYPE);
-  header.location = headerUtf8(m_request, WINHTTP_QUERY_LOCATION);
+  header.location = headerBytes(m_request, WINHTTP_QUERY_LOCATION);
   header.retryAfter = headerUtf8(m_request, WINHTTP_QUERY_RETRY_AFTER);
   m_hasBegun = true;
   return m_sink.header(header);
