@@ -103,7 +103,7 @@ class Download final : public FaultyCall {
     return {};
   }
 
-  /// Servers that failed are left alone for the life of a helper, also when the failure was ours.
+  /// Servers that failed are left alone for long, also when the failure was ours.
   void recover(const FaultScript& script) override {
     if (script.struckTransfers != 0)
       m_helper = nullptr;
