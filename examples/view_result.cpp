@@ -1,9 +1,11 @@
 // A result viewer as far as lookups go: where it looks, what it accepts, what it tells its user,
 // and what it remembers and keeps.
 
-#include <clocale>
 #include <cstdio>
+#include <fstream>
+#include <string>
 
+#include "quiver/file_system_path.h"
 #include "quiver/quiver.h"
 
 using namespace QV_2_9;
@@ -50,9 +52,9 @@ class ShowReasons final : public INoFilesFoundCallback {
  private:
   // A viewer would ask its user here, have the path judged by the validator and return the file.
   static ObjectPtr<IValidFile> show(const wchar_t* name, IInvalidFileIterator& rejected) {
-    std::printf("%ls: not found\n", name);
+    std::printf("%s: not found\n", toNameBytes(name).c_str());
     while (const ObjectPtr<IInvalidFile> file = rejected.next())
-      std::printf("  %ls %ls\n", file->getPath(), file->getErrorMessage());
+      std::printf("  %s %ls\n", toNameBytes(file->getPath()).c_str(), file->getErrorMessage());
     return nullptr;
   }
 };
@@ -103,7 +105,11 @@ class Viewer final {
         m_search->findSrcFile(recordedName, L"/ci/out/app", nullptr, &check, nullptr);
     if (!file)
       return;
-    std::printf("%ls: step %d, %ls\n", recordedName, file->getStep(), file->getPath());
+    show(recordedName, *file);
+    std::ifstream source(toNativePath(file->getPath()));
+    std::string line;
+    std::getline(source, line);
+    std::printf("  begins: %s\n", line.c_str());
     archive_result_t kept = m_manager->archiveFile(m_result.get(), file->getPath(), scSourceFiles);
     std::printf("  archive: %d\n", kept);
   }
@@ -113,10 +119,17 @@ class Viewer final {
     ObjectPtr<IValidFile> file =
         m_search->findSymFile(recordedName, binary, nullptr, nullptr, nullptr, &progress);
     if (file)
-      std::printf("%ls: step %d, %ls\n", recordedName, file->getStep(), file->getPath());
+      show(recordedName, *file);
   }
 
  private:
+  static void show(const wchar_t* recordedName, IValidFile& file) {
+    std::printf("%s: step %d, %s\n",
+                toNameBytes(recordedName).c_str(),
+                file.getStep(),
+                toNameBytes(file.getPath()).c_str());
+  }
+
   ObjectPtr<IMessageMgr> m_messages = IMessageMgr::create();
   ObjectPtr<IChecksumCalculator> m_calculator = IChecksumCalculator::create();
   ObjectPtr<IResolutionContextMgr> m_manager = IResolutionContextMgr::create();
@@ -129,10 +142,10 @@ class Viewer final {
 }  // namespace
 
 int main() {
-  std::setlocale(LC_ALL, "");  // For printing names that are not ASCII.
   Viewer viewer(L"result");
   viewer.showSource(L"/ci/src/lib/parse.c", L"c09c28e02a6327a42e5f673620fd78e0");
   viewer.showSource(L"/ci/src/lib/parse.c", L"c09c28e02a6327a42e5f673620fd78e0");
   viewer.showSource(L"/ci/src/lib/lexer.c", L"c09c28e02a6327a42e5f673620fd78e0");
+  viewer.showSource(L"/ci/src/lib/gr\u00F6\u00DFe.c", L"1b78876ccfed3b4f81058dc87a3eee35");
   viewer.showSymbols(L"/ci/out/app.debug", L"/ci/out/app");
 }

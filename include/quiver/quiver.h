@@ -11,7 +11,7 @@
 //       search->findSymFile(L"C:\\ci\\app.pdb", L"C:\\ci\\app.exe", nullptr, nullptr, nullptr,
 //       nullptr);
 //   if (file)
-//     open(file->getPath());
+//     open(file->getPath());  // toNativePath of file_system_path.h makes a path of it
 //
 // Start with file_search.h (the questions), search_dirs.h and search_env.h (where to look), and
 // search_results.h (the answers). Then resolution_context.h and search_manipulator.h, which

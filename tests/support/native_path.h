@@ -1,12 +1,13 @@
 // Names as tests write them, narrow or wide, and as the system takes them.
 //
-// The standard library converts wide names by the process's locale; here they are UTF-8 always. A
-// byte that is no UTF-8 stands in wide texts as U+DC80 to U+DCFF.
+// Both without a look at the process's locale, as quiver/file_system_path.h has it.
 
 #pragma once
 
 #include <filesystem>
 #include <string>
+
+#include "quiver/file_system_path.h"
 
 namespace quiver_test {
 
@@ -14,11 +15,11 @@ namespace quiver_test {
 /// any bytes where the system's names are bytes.
 class NativePath final {
  public:
-  NativePath(const char* text);
-  NativePath(const std::string& text);
+  NativePath(const char* text) : NativePath(std::string(text)) {}
+  NativePath(const std::string& text) : NativePath(QV_2_9::fromNameBytes(text)) {}
   NativePath(const std::filesystem::path& path) : m_path(path) {}
   NativePath(const wchar_t* text) : NativePath(std::wstring(text)) {}
-  NativePath(const std::wstring& text);
+  NativePath(const std::wstring& text) : m_path(QV_2_9::toNativePath(text)) {}
 
   const std::filesystem::path& get() const { return m_path; }
 
@@ -26,6 +27,8 @@ class NativePath final {
   std::filesystem::path m_path;
 };
 
-std::wstring toWide(const std::filesystem::path& path);
+inline std::wstring toWide(const std::filesystem::path& path) {
+  return QV_2_9::fromNativePath(path);
+}
 
 }  // namespace quiver_test

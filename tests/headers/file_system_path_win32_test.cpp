@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include "text_encoding.h"
+#include "quiver/file_system_path.h"
 
-namespace quiver_tool {
+namespace QV_2_9 {
 namespace {
 
 struct HalvesRow {
@@ -23,12 +23,12 @@ void PrintTo(const HalvesRow& row, std::ostream* out) {
 class HalvesOfPairsWindows : public testing::TestWithParam<HalvesRow> {};
 
 TEST_P(HalvesOfPairsWindows, MakeTheRoundTrip) {
-  EXPECT_EQ(toBytes(GetParam().text), GetParam().bytes);
-  EXPECT_EQ(toWide(GetParam().bytes), GetParam().text);
+  EXPECT_EQ(toNameBytes(GetParam().text), GetParam().bytes);
+  EXPECT_EQ(fromNameBytes(GetParam().bytes), GetParam().text);
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    TextEncoding,
+    FileSystemPath,
     HalvesOfPairsWindows,
     testing::Values(
         HalvesRow{"First", {L'a', 0xD800, L'b'}, "a\xED\xA0\x80\x62"},
@@ -41,4 +41,4 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& test) { return test.param.name; });
 
 }  // namespace
-}  // namespace quiver_tool
+}  // namespace QV_2_9

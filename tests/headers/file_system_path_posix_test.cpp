@@ -5,9 +5,9 @@
 
 #include <gtest/gtest.h>
 
-#include "text_encoding.h"
+#include "quiver/file_system_path.h"
 
-namespace quiver_tool {
+namespace QV_2_9 {
 namespace {
 
 struct UndecodableRow {
@@ -20,16 +20,16 @@ void PrintTo(const UndecodableRow& row, std::ostream* out) {
   *out << row.name;
 }
 
-class TextEncodingPosix : public testing::TestWithParam<UndecodableRow> {};
+class FileSystemPathPosix : public testing::TestWithParam<UndecodableRow> {};
 
-TEST_P(TextEncodingPosix, KeepsEveryByte) {
-  EXPECT_EQ(toWide(GetParam().bytes), GetParam().text);
-  EXPECT_EQ(toBytes(GetParam().text), GetParam().bytes);
+TEST_P(FileSystemPathPosix, KeepsEveryByte) {
+  EXPECT_EQ(fromNameBytes(GetParam().bytes), GetParam().text);
+  EXPECT_EQ(toNameBytes(GetParam().text), GetParam().bytes);
 }
 
 INSTANTIATE_TEST_SUITE_P(
     Undecodable,
-    TextEncodingPosix,
+    FileSystemPathPosix,
     testing::Values(
         UndecodableRow{"LoneByte",
                        "a\xFF"
@@ -47,16 +47,16 @@ INSTANTIATE_TEST_SUITE_P(
         UndecodableRow{"ImpossibleLead", "\xF5", {0xDCF5}}),
     [](const auto& test) { return test.param.name; });
 
-TEST(TextEncodingPosix, ReplacesWhatNoFileNameHolds) {
-  EXPECT_EQ(toBytes(std::wstring(1, wchar_t{0xD800})), "\xEF\xBF\xBD");
-  EXPECT_EQ(toBytes(std::wstring(1, wchar_t{0xDC7F})), "\xEF\xBF\xBD");
-  EXPECT_EQ(toBytes(std::wstring(1, wchar_t{0x110000})), "\xEF\xBF\xBD");
+TEST(FileSystemPathPosix, ReplacesWhatNoFileNameHolds) {
+  EXPECT_EQ(toNameBytes(std::wstring(1, wchar_t{0xD800})), "\xEF\xBF\xBD");
+  EXPECT_EQ(toNameBytes(std::wstring(1, wchar_t{0xDC7F})), "\xEF\xBF\xBD");
+  EXPECT_EQ(toNameBytes(std::wstring(1, wchar_t{0x110000})), "\xEF\xBF\xBD");
 }
 
-TEST(TextEncodingPosix, KeepsNativePathsThatAreNotText) {
-  const std::wstring path = toWide("/a\xFF/\xC3\xA9.c");
+TEST(FileSystemPathPosix, KeepsNativePathsThatAreNotText) {
+  const std::wstring path = fromNameBytes("/a\xFF/\xC3\xA9.c");
   EXPECT_EQ(fromNativePath(toNativePath(path)), path);
 }
 
 }  // namespace
-}  // namespace quiver_tool
+}  // namespace QV_2_9
