@@ -53,10 +53,12 @@ class Walk final {
   std::vector<ArchiveEntry> take() { return std::move(m_entries); }
 
   void visit(const fs::path& path, Level level, ArchiveEntry entry) {
-    std::error_code ignored;
-    const fs::file_type type = fs::symlink_status(path, ignored).type();
+    std::error_code error;
+    const fs::file_type type = fs::symlink_status(path, error).type();
     if (type == fs::file_type::not_found)
       return;
+    if (type == fs::file_type::none)
+      entry.state = CopyState::Unreadable;
     const std::wstring name = fromNativePath(path.filename());
     entry.path += (entry.path.empty() ? L"" : L"/") + name;
     if (type == fs::file_type::regular)

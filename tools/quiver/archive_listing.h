@@ -18,7 +18,7 @@ namespace quiver_tool {
 enum class CopyState {
   Agrees,      ///< The content is what the folder's name says.
   Differs,     ///< A copy with other content.
-  Unreadable,  ///< A copy or a folder.
+  Unreadable,  ///< A copy or a folder, or what cannot even be examined.
   Foreign,     ///< Something that the layout has no place for, for example half a copy.
 };
 

@@ -29,11 +29,24 @@ Answer usageAnswer(const std::string& complaint, const std::string& help) {
   return {kExitFailure, "", "quiver: " + escapeControls(withoutMarks(complaint)) + "\n" + help};
 }
 
-// In the order in which the user wrote them, which the parser turns round.
-std::string notExpected(const std::vector<std::string>& arguments) {
+// In the order in which the user wrote them, which the parser turns round. It also leaves the mark
+// behind which all arguments are operands.
+std::string notExpected(std::vector<std::string> arguments) {
+  const auto mark = std::ranges::find(arguments, "--");
+  if (mark != arguments.end())
+    arguments.erase(mark);
   std::string text = "not expected:";
   for (const std::string& argument : arguments) text += " " + argument;
   return text;
+}
+
+// Null when every option that takes one text got one.
+const CLI::Option* repeatedOption(const CLI::App& command) {
+  const std::vector<const CLI::Option*> options = command.get_options();
+  const auto repeated = std::ranges::find_if(options, [](const CLI::Option* option) {
+    return option->get_items_expected_max() == 1 && option->count() > 1;
+  });
+  return repeated == options.end() ? nullptr : *repeated;
 }
 
 // As the option parser takes them.
@@ -123,8 +136,12 @@ class Grammar final {
 
   Answer answerTo(const CLI::ParseError& error) const {
     const std::vector<std::string> rest = m_app.remaining(true);
-    if (usedCommand())
-      return usageAnswer(rest.empty() ? error.what() : notExpected(rest), hint());
+    if (const ProgramCommand* command = usedCommand()) {
+      const CLI::Option* repeated = repeatedOption(*command->app);
+      const std::string complaint =
+          repeated ? repeated->get_name() + " may be given once" : error.what();
+      return usageAnswer(rest.empty() ? complaint : notExpected(rest), hint());
+    }
     if (rest.empty())
       return {kExitFailure, "", m_app.help()};
     if (groupOfKinds())

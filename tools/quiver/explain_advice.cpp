@@ -36,13 +36,19 @@ std::string identityOfBinary(const FindOptions& options) {
   const IdentifiedFile binary = identify(binaryName(*options.binary));
   if (!binary.identity)
     return "the binary " + toBytes(*options.binary) + " cannot tell its identity: " + binary.reason;
-  std::string text = "the binary's identity is " + identityText(*binary.identity);
+  const std::string identity = identityText(*binary.identity);
+  if (identity == kNoIdentity)
+    return "the binary " + toBytes(*options.binary) + " shows no identity";
+  std::string text = "the binary's identity is " + identity;
   if (binary.identity->storeKey)
     text += " (in stores: " + *binary.identity->storeKey + ")";
   return text;
 }
 
-void addServers(const FindOptions& options, const Story& story, Advice& advice) {
+void addServers(const FindOptions& options,
+                const Story& story,
+                bool areServersOff,
+                Advice& advice) {
   bool isAnyNamed = false;
   forEachPlace(story, StoryPlace::Kind::kServer, [&](const StoryPlace& place) {
     isAnyNamed = true;
@@ -53,13 +59,25 @@ void addServers(const FindOptions& options, const Story& story, Advice& advice) 
       text += ": " + toBytes(server.detail);
     advice.push_back(text);
   });
-  advice.push_back((isAnyNamed ? "" : "no symbol server is configured; ") +
-                   identityOfBinary(options));
+  std::string text;
+  if (areServersOff)
+    text = "symbol servers are turned off (--no-servers); ";
+  else if (!isAnyNamed)
+    text = "no symbol server is configured; ";
+  advice.push_back(text + identityOfBinary(options));
 }
 
-void addDirectories(const Outcome& outcome, const Story& story, Advice& advice) {
-  for (const std::wstring& path : outcome.missingDirectories)
+void addDirectories(const FindOptions& options,
+                    const Outcome& outcome,
+                    const Story& story,
+                    Advice& advice) {
+  for (const std::wstring& path : outcome.unusable.missing)
     advice.push_back("directory " + toBytes(path) + " does not exist");
+  for (const SearchDirectory& dir : options.directories) {
+    if (!serves(dir, options.category))
+      advice.push_back("directory " + toBytes(dir.path) + " serves " + categoryTitle(dir.category) +
+                       " only");
+  }
   forEachPlace(story, StoryPlace::Kind::kDirectory, [&](const StoryPlace& place) {
     if (place.directory.state == QV_2_9::jdUnreadable)
       advice.push_back("directory " + toBytes(place.directory.path) + " cannot be read");
@@ -68,21 +86,24 @@ void addDirectories(const Outcome& outcome, const Story& story, Advice& advice) 
 
 }  // namespace
 
-Advice adviceFor(const FindOptions& options, const Outcome& outcome, const Story& story) {
+Advice adviceFor(const FindOptions& options,
+                 const Outcome& outcome,
+                 const Story& story,
+                 bool areServersOff) {
   Advice advice;
   if (outcome.found)
     return advice;
   for (const RejectedFile& file : outcome.rejected) advice.push_back(aboutRejected(options, file));
   if (outcome.isSuggestionMissing)
     advice.push_back("the suggested " + toBytes(*options.suggestion) + " does not exist");
-  addDirectories(outcome, story, advice);
+  addDirectories(options, outcome, story, advice);
   if (options.directories.empty())
     advice.emplace_back("no directory was given to search in; --dir names one");
   else if (outcome.rejected.empty())
     advice.push_back("no file called " + toBytes(story.nameInDirectories()) +
                      " lies in the places above; more places can be given with --dir");
   if (options.category == QV_2_9::scSymbolFiles)
-    addServers(options, story, advice);
+    addServers(options, story, areServersOff, advice);
   std::vector<std::string> once;
   for (std::string& text : advice)
     if (std::ranges::find(once, text) == once.end())

@@ -11,9 +11,11 @@
 
 namespace quiver_tool {
 
-/// Returns sentences without full stops. Empty when the file was found.
+/// Returns sentences without full stops. Empty when the file was found. `areServersOff`: servers
+/// are named and not to be asked.
 std::vector<std::string> adviceFor(const FindOptions& options,
                                    const Outcome& outcome,
-                                   const Story& story);
+                                   const Story& story,
+                                   bool areServersOff);
 
 }  // namespace quiver_tool

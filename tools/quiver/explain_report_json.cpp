@@ -1,9 +1,8 @@
 // The JSON form of a story. What is no character in file names is replaced by U+FFFD.
 
-#include <nlohmann/json.hpp>
-
 #include "explain_report.h"
 #include "explain_words.h"
+#include "report_json.h"
 #include "text_encoding.h"
 #include "words.h"
 
@@ -94,6 +93,7 @@ std::string storyJson(const FindOptions& options,
   document["steps"] = Json::array();
   for (const StoryStep& step : story.steps())
     document["steps"].push_back(stepObject(step, outcome.found.has_value()));
+  document["archived"] = archivedObject(outcome.archived);
   document["advice"] = Json::array();
   for (const std::string& one : advice) document["advice"].push_back(toUtf8(toWide(one)));
   return document.dump(kIndent, ' ', false, Json::error_handler_t::replace) + "\n";

@@ -122,6 +122,8 @@ IdentifiedFile identify(const std::wstring& path) {
   identity.storeKey = storeKeyOf(*source, toBytes(path));
   identity.size = source->size();
   identity.md5 = md5Of(path);
+  if (identity.md5.empty())
+    return {path, std::nullopt, "it cannot be read"};
   return {path, identity, {}};
 }
 
@@ -130,7 +132,7 @@ std::string identityText(const FileIdentity& identity) {
     return "build-id " + *identity.buildId;
   std::string text = identity.guid        ? *identity.guid
                      : identity.signature ? "signature " + upperHex(*identity.signature, 8)
-                                          : "-";
+                                          : kNoIdentity;
   if (identity.age)
     text += ", age " + std::to_string(*identity.age);
   return text;

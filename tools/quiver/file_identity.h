@@ -19,7 +19,7 @@ struct FileIdentity {
   std::optional<std::uint32_t> timeStamp;    ///< Of a PE file.
   std::optional<std::uint32_t> sizeOfImage;  ///< Of a PE file.
   std::uint64_t size = 0;                    ///< Bytes.
-  std::wstring md5;                          ///< Empty when the content could not be read.
+  std::wstring md5;
 };
 
 struct IdentifiedFile {
@@ -30,7 +30,10 @@ struct IdentifiedFile {
 
 IdentifiedFile identify(const std::wstring& path);
 
-/// Returns the identity for people: "build-id 3f0a", or GUID and age; "-" when there is none.
+inline constexpr const char* kNoIdentity = "-";
+
+/// Returns the identity for people: "build-id 3f0a", or GUID and age; `kNoIdentity` when there is
+/// none.
 std::string identityText(const FileIdentity& identity);
 
 }  // namespace quiver_tool

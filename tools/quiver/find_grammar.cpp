@@ -65,7 +65,7 @@ void rejectSecondCheck(const FindCommand& command) {
 std::optional<std::wstring> referenceOf(const CLI::Option* option) {
   std::optional<std::wstring> path = textOf(option);
   std::error_code error;
-  if (path && !std::filesystem::exists(toNativePath(*path), error))
+  if (path && !std::filesystem::is_regular_file(toNativePath(*path), error))
     throw UsageError("--not-newer-than: no such file: " + toBytes(*path));
   return path;
 }

@@ -78,7 +78,7 @@ Outcome lookUpWith(const FindOptions& options,
   if (outcome.found && options.isArchivingFound)
     outcome.archived = scope.archive(outcome.found->path, options.category);
   outcome.isInterrupted = progress.wasInterrupted();
-  outcome.missingDirectories = missingDirectories(options, categories);
+  outcome.unusable = unusableDirectories(options, categories);
   outcome.isSuggestionMissing = isSuggestionMissing(options);
   return outcome;
 }

@@ -10,6 +10,7 @@
 #include "command_line.h"
 #include "quiver/resolution_context.h"
 #include "quiver/search_journal.h"
+#include "unusable_directories.h"
 
 namespace quiver_tool {
 
@@ -31,7 +32,7 @@ struct Outcome {
   std::optional<FoundFile> found;
   std::vector<FoundFile> candidates;  ///< Every valid file seen, in the order found.
   std::vector<RejectedFile> rejected;
-  std::vector<std::wstring> missingDirectories;  ///< Given for this kind of file, but no directory.
+  UnusableDirectories unusable;  ///< Of those given for this kind of file.
   bool isSuggestionMissing = false;
   bool isInterrupted = false;                        ///< Ctrl-C stopped a download.
   std::optional<QV_2_9::archive_result_t> archived;  ///< What became of the answer's copy.

@@ -146,5 +146,68 @@ TEST_F(Explain, NeedsAKindOfFile) {
   EXPECT_EQ(runProgram({"explain", "src"}).status, 2);
 }
 
+TEST_F(Explain, SaysWhatBecameOfTheCopy) {
+  const std::string file = add("src/a.c");
+  add("r/keep");
+  const std::vector<std::string> arguments = {
+      "explain", "src", "a.c", "-d", path("src"), "--result", path("r"), "--archive-found"};
+  EXPECT_EQ(runProgram(arguments).err, "quiver: " + file + ": archived (code 0)\n");
+  std::vector<std::string> asJson = arguments;
+  asJson.push_back("--json");
+  const json document = json::parse(runProgram(asJson).out);
+  EXPECT_EQ(document["archived"], json({{"code", 6}, {"code_text", "already in the archive"}}));
+}
+
+TEST_F(Explain, SaysThatACopyCouldNotBeMade) {
+  const std::string file = add("src/a.c");
+  add("r/archive", "no directory");
+  const RunResult run = runProgram(
+      {"explain", "src", "a.c", "-d", path("src"), "--result", path("r"), "--archive-found"});
+  EXPECT_EQ(run.status, 0);
+  EXPECT_THAT(run.err, HasSubstr(file + ": not archived, "));
+  EXPECT_TRUE(
+      json::parse(runProgram({"explain", "src", "a.c", "--json"}).out)["archived"].is_null());
+}
+
+TEST_F(Explain, NamesDirectoriesThatServeAnotherKind) {
+  add("src/a.c");
+  const RunResult run = runProgram({"explain",
+                                    "src",
+                                    "a.c",
+                                    "-d",
+                                    "sym:" + path("src"),
+                                    "-d",
+                                    "bin:" + path("bin"),
+                                    "-d",
+                                    "all:" + path("all")});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_THAT(run.out,
+              AllOf(HasSubstr("  - directory " + path("src") + " serves symbol files only\n"),
+                    HasSubstr("  - directory " + path("bin") + " serves binaries only\n"),
+                    Not(HasSubstr(path("all") + " serves"))));
+}
+
+TEST_F(Explain, SaysThatServersAreTurnedOff) {
+  const std::vector<std::string> withoutServer = {"explain", "sym", "a.pdb", "--no-servers"};
+  EXPECT_THAT(runProgram(withoutServer).out, HasSubstr("  - no symbol server is configured; "));
+  const std::string off = "  - symbol servers are turned off (--no-servers); ";
+  for (const std::vector<std::string>& place :
+       {std::vector<std::string>{"--symbol-path", "srv*" + path("store")},
+        std::vector<std::string>{"-d", "srv*" + path("store")}}) {
+    std::vector<std::string> arguments = withoutServer;
+    arguments.insert(arguments.end(), place.begin(), place.end());
+    EXPECT_THAT(runProgram(arguments).out, HasSubstr(off)) << place.front();
+  }
+  RunSettings settings;
+  settings.environment = {"_NT_SYMBOL_PATH=srv*" + path("store")};
+  EXPECT_THAT(runProgram(withoutServer, settings).out, HasSubstr(off));
+}
+
+TEST_F(Explain, SaysThatABinaryShowsNoIdentity) {
+  const std::string binary = add("app", "no binary at all");
+  EXPECT_THAT(runProgram({"explain", "sym", "a.pdb", "--binary", binary}).out,
+              HasSubstr("; the binary " + binary + " shows no identity\n"));
+}
+
 }  // namespace
 }  // namespace quiver_tool

@@ -3,8 +3,11 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <vector>
 
 #include <gmock/gmock.h>
+
+#include "paku/scoped_user_test_support.h"
 
 #include "program_fixture.h"
 #include "run_program.h"
@@ -94,6 +97,73 @@ TEST_F(ProgramPosix, DoesNotFollowALinkInPlaceOfTheArchive) {
   EXPECT_EQ(run.out,
             "name     category  md5  size  content\n"
             "archive  -         -    -     foreign\n");
+}
+
+TEST_F(ProgramPosix, TakesNoFifoForAReference) {
+  const std::string fifo = toBytes(m_tree.addUnreadableFile("fifo"));
+  EXPECT_THAT(runProgram({"find", "src", "a", "--mtime", fifo}).err,
+              HasSubstr("--mtime: '" + fifo + "' is neither"));
+  EXPECT_THAT(runProgram({"find", "src", "a", "--not-newer-than", fifo}).err,
+              HasSubstr("--not-newer-than: no such file: " + fifo));
+}
+
+TEST_F(ProgramPosix, SaysThatAFileCannotBeReadWhichCanBeOpened) {
+  const RunResult run = runProgram({"identify", "/proc/self/mem"});
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out, "");
+  EXPECT_EQ(run.err, "quiver: /proc/self/mem: it cannot be read\n");
+}
+
+/// As an ordinary user in a tree that everybody may enter.
+class ClosedDirectories : public ProgramPosix {
+ protected:
+  ClosedDirectories() {
+    std::filesystem::permissions(path("."), std::filesystem::perms(0755));
+    add("closed/a.c");
+    add("m.json", R"({"modules": [{"path": "/ci/app"}]})");
+    std::filesystem::permissions(path("closed"), std::filesystem::perms(0111));
+  }
+  ~ClosedDirectories() override {
+    std::filesystem::permissions(path("closed"), std::filesystem::perms(0755));
+  }
+
+  static RunResult runAsOrdinaryUser(const std::vector<std::string>& arguments) {
+    const PAKU_3_1::internal::OrdinaryUser user;
+    return runProgram(arguments);
+  }
+};
+
+TEST_F(ClosedDirectories, AreNamedWhenNothingWasFound) {
+  const std::vector<std::string> arguments = {"find", "src", "b.c", "-d", path("closed")};
+  const std::string sentence =
+      "quiver: no source file found for 'b.c': no candidate existed in any place searched; cannot "
+      "be read: " +
+      path("closed") + "\n";
+  EXPECT_EQ(runAsOrdinaryUser(arguments).err, sentence);
+  std::vector<std::string> verbose = arguments;
+  verbose.push_back("-v");
+  EXPECT_EQ(runAsOrdinaryUser(verbose).err,
+            "quiver: " + path("closed") + ": cannot be read\n" + sentence);
+  std::vector<std::string> asJson = arguments;
+  asJson.push_back("--json");
+  EXPECT_THAT(runAsOrdinaryUser(asJson).out,
+              HasSubstr("\"unreadable_directories\": [\n    \"" + path("closed") + "\"\n  ]"));
+}
+
+TEST_F(ClosedDirectories, AreNamedByResolve) {
+  EXPECT_EQ(runAsOrdinaryUser({"resolve", path("m.json"), "-d", path("closed")}).err,
+            "quiver: " + path("closed") + ": cannot be read\n");
+}
+
+TEST_F(ClosedDirectories, MakeWhatIsArchivedUnreadable) {
+  add("r/archive/sources/a.c/" + kMd5OfNew + "/a.c", "new");
+  std::filesystem::permissions(path("r/archive/sources"), std::filesystem::perms(0444));
+  const RunResult run = runAsOrdinaryUser({"archive", "--verify", path("r")});
+  std::filesystem::permissions(path("r/archive/sources"), std::filesystem::perms(0755));
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.out,
+            "name                 category  md5  size  content\n"
+            "archive/sources/a.c  src       -    -     unreadable\n");
 }
 
 }  // namespace

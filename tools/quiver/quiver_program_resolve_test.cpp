@@ -238,5 +238,34 @@ TEST_F(ProgramResolving, RefusesWrongOptions) {
               HasSubstr("--archive-found needs a result directory: DIR, --result or --parent"));
 }
 
+TEST_F(ProgramResolving, NamesADirectoryOfAMappingThatDoesNotExist) {
+  const std::string manifest = manifestOf(json::array());
+  const std::vector<std::string> arguments = {manifest, "--map", "/ci=" + path("gone"), "--json"};
+  const RunResult run = resolve(arguments);
+  EXPECT_EQ(run.err, "quiver: " + path("gone") + ": no such directory\n");
+  EXPECT_EQ(documentOf(run).at("missing_directories"), json::array({path("gone")}));
+}
+
+TEST_F(ProgramResolving, WritesNoReportOverAFileThatIsRecorded) {
+  const std::string recorded = add("recorded/a.c", "old");
+  const std::string manifest = manifestOf(json::array({source(recorded, kMd5OfNew)}));
+  const RunResult run = resolve({manifest, "--report", path("recorded/../recorded/a.c")});
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.out, "") << "said before the lookups";
+  EXPECT_THAT(run.err, testing::EndsWith(": it is a file that the manifest records\n"));
+  EXPECT_EQ(contentOf(recorded), "old");
+}
+
+TEST_F(ProgramResolving, WritesNoReportOverAFileThatItFound) {
+  const std::string file = add("co/a.c", "new");
+  const std::string manifest = manifestOf(json::array({source("/ci/a.c", kMd5OfNew)}));
+  const RunResult run = resolve({manifest, "-d", path("co"), "--report", file});
+  EXPECT_EQ(run.status, 2);
+  EXPECT_EQ(run.err,
+            "quiver: cannot write the report " + file + ": it is the file found for /ci/a.c\n");
+  EXPECT_THAT(run.out, HasSubstr("sources                     1 of 1  found\n"));
+  EXPECT_EQ(contentOf(file), "new");
+}
+
 }  // namespace
 }  // namespace quiver_tool

@@ -27,6 +27,8 @@ std::optional<std::int64_t> numberIn(const std::wstring& text) {
 std::optional<std::int64_t> modificationTimeOf(const std::wstring& path) {
   using namespace std::chrono;
   std::error_code error;
+  if (!std::filesystem::is_regular_file(toNativePath(path), error))
+    return std::nullopt;
   const std::filesystem::file_time_type time =
       std::filesystem::last_write_time(toNativePath(path), error);
   if (error)

@@ -50,7 +50,7 @@ std::string rejectedList(const FindOptions& options, const std::vector<RejectedF
   return joined(parts);
 }
 
-std::string missingList(const std::vector<std::wstring>& paths) {
+std::string pathList(const std::vector<std::wstring>& paths) {
   std::vector<std::string> parts;
   for (const std::wstring& path : paths) parts.push_back(toBytes(path));
   return joined(parts);
@@ -65,14 +65,7 @@ std::string details(const FindOptions& options, const Outcome& outcome) {
   if (!options.isVerbose)
     return text;
   for (const RejectedFile& file : outcome.rejected) text += line(rejectedText(file));
-  for (const std::wstring& path : outcome.missingDirectories)
-    text += line(toBytes(path) + ": no such directory");
-  return text;
-}
-
-std::string archivedText(const Outcome& outcome) {
-  return toBytes(outcome.found->path) + ": " + archiveWords(*outcome.archived) + " (code " +
-         std::to_string(*outcome.archived) + ")";
+  return text + unusableLines(outcome.unusable);
 }
 
 std::string paths(const FindOptions& options, const Outcome& outcome) {
@@ -94,17 +87,33 @@ std::string notFoundSentence(const FindOptions& options, const Outcome& outcome)
                                    : rejectedList(options, outcome.rejected);
   if (outcome.isSuggestionMissing)
     text += "; the suggested " + toBytes(*options.suggestion) + " does not exist";
-  if (!outcome.missingDirectories.empty())
-    text += "; no such directory: " + missingList(outcome.missingDirectories);
+  if (!outcome.unusable.missing.empty())
+    text += "; no such directory: " + pathList(outcome.unusable.missing);
+  if (!outcome.unusable.unreadable.empty())
+    text += "; cannot be read: " + pathList(outcome.unusable.unreadable);
   return text;
+}
+
+std::string unusableLines(const UnusableDirectories& directories) {
+  std::string text;
+  for (const std::wstring& path : directories.missing)
+    text += line(toBytes(path) + ": no such directory");
+  for (const std::wstring& path : directories.unreadable)
+    text += line(toBytes(path) + ": cannot be read");
+  return text;
+}
+
+std::string archivedLine(const Outcome& outcome) {
+  if (!outcome.archived)
+    return "";
+  return line(toBytes(outcome.found->path) + ": " + archiveWords(*outcome.archived) + " (code " +
+              std::to_string(*outcome.archived) + ")");
 }
 
 Report makeReport(const FindOptions& options, const Outcome& outcome) {
   Report report;
   report.out = options.isJson ? toJson(options, outcome) : paths(options, outcome);
-  report.err = details(options, outcome);
-  if (outcome.archived)
-    report.err += line(archivedText(outcome));
+  report.err = details(options, outcome) + archivedLine(outcome);
   if (!outcome.found)
     report.err += line(notFoundSentence(options, outcome));
   return report;

@@ -1,6 +1,6 @@
 // The JSON form of an outcome. What is no character in file names is replaced by U+FFFD.
 
-#include <nlohmann/json.hpp>
+#include "report_json.h"
 
 #include "report.h"
 #include "text_encoding.h"
@@ -42,13 +42,19 @@ Json toJsonArray(const std::vector<File>& files) {
   return array;
 }
 
+}  // namespace
+
+Json pathsArray(const std::vector<std::wstring>& paths) {
+  Json array = Json::array();
+  for (const std::wstring& path : paths) array.push_back(text(path));
+  return array;
+}
+
 Json archivedObject(const std::optional<QV_2_9::archive_result_t>& code) {
   if (!code)
     return Json();
   return {{"code", static_cast<std::int32_t>(*code)}, {"code_text", archiveWords(*code)}};
 }
-
-}  // namespace
 
 std::string toJson(const FindOptions& options, const Outcome& outcome) {
   Json document;
@@ -57,9 +63,8 @@ std::string toJson(const FindOptions& options, const Outcome& outcome) {
   document["found"] = outcome.found ? toJsonObject(*outcome.found) : Json();
   document["candidates"] = toJsonArray(outcome.candidates);
   document["rejected"] = toJsonArray(outcome.rejected);
-  document["missing_directories"] = Json::array();
-  for (const std::wstring& path : outcome.missingDirectories)
-    document["missing_directories"].push_back(text(path));
+  document["missing_directories"] = pathsArray(outcome.unusable.missing);
+  document["unreadable_directories"] = pathsArray(outcome.unusable.unreadable);
   document["archived"] = archivedObject(outcome.archived);
   document["message"] = outcome.found ? Json() : text(toWide(notFoundSentence(options, outcome)));
   return document.dump(kIndent, ' ', false, Json::error_handler_t::replace) + "\n";

@@ -25,7 +25,7 @@ TEST(ReportJson, HoldsEverythingOfAFoundFile) {
   outcome.found = FoundFile{L"/s/a.c", 2, 0};
   outcome.candidates = {*outcome.found, FoundFile{L"/t/a.c", 6, 1}};
   outcome.rejected = {{L"/r/a.c", 2, 1, L"%ChecksumMismatch"}};
-  outcome.missingDirectories = {L"/none"};
+  outcome.unusable = {{L"/none"}, {L"/closed"}};
   outcome.archived = QV_2_9::arAlreadyArchived;
   const json expected = json::parse(R"({
     "kind": "src",
@@ -42,6 +42,7 @@ TEST(ReportJson, HoldsEverythingOfAFoundFile) {
        "code": 1, "code_text": "the source differs",
        "message": "%ChecksumMismatch", "reason": "has another checksum"}],
     "missing_directories": ["/none"],
+    "unreadable_directories": ["/closed"],
     "archived": {"code": 6, "code_text": "already in the archive"},
     "message": null})");
   EXPECT_EQ(json::parse(toJson(optionsFor(L"a.c"), outcome)), expected);
@@ -53,6 +54,7 @@ TEST(ReportJson, IsWholeWhenNothingWasFound) {
   EXPECT_EQ(document.at("candidates"), json::array());
   EXPECT_EQ(document.at("rejected"), json::array());
   EXPECT_EQ(document.at("missing_directories"), json::array());
+  EXPECT_EQ(document.at("unreadable_directories"), json::array());
   EXPECT_EQ(document.at("archived"), nullptr);
   EXPECT_EQ(document.at("message"),
             "no source file found for 'a.c': no candidate existed in any place searched");

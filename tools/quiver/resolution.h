@@ -57,7 +57,7 @@ struct Resolution {
   std::wstring manifest;
   std::vector<ResolvedFile> files;
   std::vector<UsedMapping> mappings;
-  std::vector<std::wstring> missingDirectories;
+  UnusableDirectories unusable;
   TextPool texts;  ///< Of the journals.
   std::int64_t microseconds = 0;
   bool isInterrupted = false;

@@ -1,5 +1,6 @@
 #include "resolution_json.h"
 
+#include "report_json.h"
 #include "resolution_summary.h"
 #include "text_encoding.h"
 #include "words.h"
@@ -112,9 +113,8 @@ Json resolutionDocument(const Resolution& resolution, bool hasRejected) {
   document["mappings"] = Json::array();
   for (const UsedMapping& mapping : resolution.mappings)
     document["mappings"].push_back(toJsonObject(mapping));
-  document["missing_directories"] = Json::array();
-  for (const std::wstring& path : resolution.missingDirectories)
-    document["missing_directories"].push_back(text(path));
+  document["missing_directories"] = pathsArray(resolution.unusable.missing);
+  document["unreadable_directories"] = pathsArray(resolution.unusable.unreadable);
   document["files"] = Json::array();
   for (const ResolvedFile& file : resolution.files)
     document["files"].push_back(toJsonObject(file, hasRejected));

@@ -27,17 +27,6 @@ void count(const ResolvedFile& file, KindSummary& kind) {
   ++(file.found->confidence == 0 ? step.confirmed : step.notContradicted);
 }
 
-const char* kindTitle(QV_2_9::search_category_t category) {
-  switch (category) {
-    case QV_2_9::scBinaryFiles:
-      return "binaries";
-    case QV_2_9::scSymbolFiles:
-      return "symbol files";
-    default:
-      return "sources";
-  }
-}
-
 std::string confidenceText(const StepCount& step) {
   if (step.notContradicted == 0)
     return "confirmed";
@@ -48,7 +37,7 @@ std::string confidenceText(const StepCount& step) {
 }
 
 void addRows(const KindSummary& kind, std::vector<Row>& rows) {
-  rows.push_back({kindTitle(kind.category),
+  rows.push_back({categoryTitle(kind.category),
                   std::to_string(kind.found) + " of " + std::to_string(kind.files),
                   "found"});
   for (const auto& [step, files] : kind.foundBy) {

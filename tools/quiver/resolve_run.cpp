@@ -1,9 +1,11 @@
 #include "resolve_run.h"
 
+#include <algorithm>
 #include <exception>
 
 #include "output_file.h"
 #include "recorded_manifest.h"
+#include "report.h"
 #include "resolution_json.h"
 #include "resolution_summary.h"
 #include "resolve_progress.h"
@@ -30,12 +32,26 @@ std::string reportComplaint(const ResolveOptions& options, const std::string& re
 }
 
 // Asked before the lookups, which may take long.
-std::string reportObstacle(const ResolveOptions& options) {
+std::string reportObstacle(const ResolveOptions& options, const std::vector<RecordedFile>& files) {
   if (!options.report)
     return "";
   if (isSameFile(*options.report, options.manifest))
     return reportComplaint(options, "it is the manifest");
+  const auto isReport = [&options](const RecordedFile& file) {
+    return isSameFile(*options.report, file.name);
+  };
+  if (std::ranges::any_of(files, isReport))
+    return reportComplaint(options, "it is a file that the manifest records");
   return reportComplaint(options, outputObstacle(*options.report));
+}
+
+// A report takes the place of nothing that was found either. Returns why it was not written.
+std::string writeReport(const ResolveOptions& options, const Resolution& resolution) {
+  for (const ResolvedFile& file : resolution.files) {
+    if (file.found && isSameFile(*options.report, file.found->path))
+      return "it is the file found for " + toBytes(file.recorded.name);
+  }
+  return writeOutputFile(*options.report, reportPage(resolution));
 }
 
 Resolution resolveWithProgress(const ResolveOptions& options,
@@ -73,8 +89,7 @@ std::string missedLines(const Resolution& resolution) {
 
 std::string remarks(const ResolveOptions& options, const Resolution& resolution) {
   std::string text = options.isVerbose ? missedLines(resolution) : "";
-  for (const std::wstring& path : resolution.missingDirectories)
-    text += line(toBytes(path) + ": no such directory");
+  text += unusableLines(resolution.unusable);
   if (resolution.isInterrupted)
     text += line("stopped; the remaining files were not tried");
   return text;
@@ -103,8 +118,7 @@ Answer answerTo(const ResolveOptions& options, const Resolution& resolution) {
   Answer answer{statusOf(resolution), output(options, resolution), remarks(options, resolution)};
   if (!options.report)
     return answer;
-  const std::string complaint =
-      reportComplaint(options, writeOutputFile(*options.report, reportPage(resolution)));
+  const std::string complaint = reportComplaint(options, writeReport(options, resolution));
   answer.err += complaint;
   if (!complaint.empty())
     answer.status = kExitFailure;
@@ -120,7 +134,7 @@ Answer runResolve(const ResolveOptions& options) {
   } catch (const std::exception& error) {
     return {kExitFailure, "", line(toBytes(options.manifest) + ": " + error.what())};
   }
-  if (const std::string obstacle = reportObstacle(options); !obstacle.empty())
+  if (const std::string obstacle = reportObstacle(options, manifest.files); !obstacle.empty())
     return {kExitFailure, "", obstacle};
   ResolveOptions used = options;
   if (!used.places.osType)

@@ -173,7 +173,8 @@ Resolution resolveFiles(const ResolveOptions& options,
   resolution.manifest = options.manifest;
   resolution.files.resize(files.size());
   for (std::size_t i = 0; i < files.size(); ++i) resolution.files[i].recorded = files[i];
-  resolution.missingDirectories = missingDirectories(options.places, kCategories);
+  resolution.unusable = unusableDirectories(options.places, kCategories);
+  for (const PathRule& rule : options.rules) resolution.unusable.note(rule.to);
   resolveAll(options, watcher, resolution);
   resolution.microseconds = microsecondsSince(start);
   return resolution;

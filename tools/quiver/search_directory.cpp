@@ -108,6 +108,10 @@ void rejectUnknownFlag(std::wstring_view path, const IsDirectory& isDirectory) {
 
 }  // namespace
 
+bool serves(const SearchDirectory& dir, search_category_t category) {
+  return dir.category == category || dir.category == QV_2_9::scAllFiles;
+}
+
 SearchDirectory parseSearchDirectory(const std::wstring& argument,
                                      search_category_t sought,
                                      const IsDirectory& isDirectory) {

@@ -25,6 +25,9 @@ struct SearchDirectory {
   bool isHighPriority = false;
 };
 
+/// Returns true when files of this kind are looked for in `dir`.
+bool serves(const SearchDirectory& dir, QV_2_9::search_category_t category);
+
 using IsDirectory = std::function<bool(const std::wstring& path)>;
 
 /// Reads one argument; without a kind the directory is filed under `sought`. Throws `UsageError`

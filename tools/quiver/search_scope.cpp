@@ -1,6 +1,5 @@
 #include "search_scope.h"
 
-#include <algorithm>
 #include <filesystem>
 #include <system_error>
 
@@ -16,23 +15,6 @@ using QV_2_9::IEnvironmentInfo;
 using QV_2_9::ObjectPtr;
 using QV_2_9::search_category_t;
 using Categories = std::vector<search_category_t>;
-
-bool isDirectory(const std::wstring& path) {
-  std::error_code ignored;
-  return std::filesystem::is_directory(toNativePath(path), ignored);
-}
-
-bool isUsed(const SearchDirectory& dir, const Categories& categories) {
-  return dir.category == QV_2_9::scAllFiles ||
-         std::ranges::find(categories, dir.category) != categories.end();
-}
-
-void addMissing(const std::vector<std::wstring>& paths, std::vector<std::wstring>& missing) {
-  for (const std::wstring& path : paths) {
-    if (!isDirectory(path))
-      missing.push_back(path);
-  }
-}
 
 }  // namespace
 
@@ -62,18 +44,6 @@ ObjectPtr<IEnvironmentInfo> environmentInfo(const SearchPlaces& places) {
   const ObjectPtr<IEditableEnvironmentInfo> info = IEditableEnvironmentInfo::create();
   info->setOSType(*places.osType);
   return info;
-}
-
-std::vector<std::wstring> missingDirectories(const SearchPlaces& places,
-                                             const Categories& categories) {
-  std::vector<std::wstring> missing;
-  addMissing(places.results, missing);
-  addMissing(places.archives, missing);
-  for (const SearchDirectory& dir : places.directories) {
-    if (isUsed(dir, categories) && !isSymbolServer(dir.path) && !isDirectory(dir.path))
-      missing.push_back(dir.path);
-  }
-  return missing;
 }
 
 std::wstring binaryName(const std::wstring& binary) {

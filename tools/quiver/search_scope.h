@@ -21,10 +21,6 @@ QV_2_9::ObjectPtr<QV_2_9::IEditableSearchDirContainer> archiveDirs(
 /// Null when nothing is known of the analysed system.
 QV_2_9::ObjectPtr<QV_2_9::IEnvironmentInfo> environmentInfo(const SearchPlaces& places);
 
-/// Returns what was given for one of these kinds but is no directory, in the order given.
-std::vector<std::wstring> missingDirectories(
-    const SearchPlaces& places, const std::vector<QV_2_9::search_category_t>& categories);
-
 /// Returns a binary of this machine in full, so that all directories above it count: the library
 /// takes them from its name alone. A recorded name is left as it is.
 std::wstring binaryName(const std::wstring& binary);

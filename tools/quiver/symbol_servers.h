@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "command_line.h"
 
@@ -13,6 +14,13 @@ bool isSymbolServer(const std::wstring& element);
 
 /// Returns a symbol path without its servers.
 std::wstring withoutServers(const std::wstring& symbolPath);
+
+/// Returns the directories of a symbol path.
+std::vector<std::wstring> directoriesOf(const std::wstring& symbolPath);
+
+/// Returns true when a server is named that is not to be asked. Call it before
+/// `applySymbolOptions`.
+bool isAnyServerTurnedOff(const SearchPlaces& places);
 
 /// Sets the variables of this process by which the library knows the symbol path and the limits of
 /// servers. Call it before the first lookup.

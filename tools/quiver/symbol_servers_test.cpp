@@ -83,5 +83,13 @@ TEST_F(ProgramWithSymbolPath, TakesTheOptionsForSymbolFilesAlone) {
   EXPECT_EQ(runProgram({"find", "bin", "a", "--symbol-path", "x"}).status, 2);
 }
 
+TEST_F(ProgramWithSymbolPath, NamesDirectoriesThatDoNotExist) {
+  add("there/x");
+  const std::string text = path("gone") + ";;srv*" + path("c") + "*" + path("s") + ";cache*" +
+                           path("k") + ";" + path("there");
+  const RunResult run = runProgram({"find", "sym", "qv.pdb", "--symbol-path", text});
+  EXPECT_THAT(run.err, testing::EndsWith("; no such directory: " + path("gone") + "\n"));
+}
+
 }  // namespace
 }  // namespace quiver_tool

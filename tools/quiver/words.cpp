@@ -36,6 +36,19 @@ const char* categoryWords(QV_2_9::search_category_t category) {
   }
 }
 
+const char* categoryTitle(QV_2_9::search_category_t category) {
+  switch (category) {
+    case QV_2_9::scBinaryFiles:
+      return "binaries";
+    case QV_2_9::scSymbolFiles:
+      return "symbol files";
+    case QV_2_9::scSourceFiles:
+      return "sources";
+    default:
+      return "files";
+  }
+}
+
 const char* categoryWord(QV_2_9::search_category_t category) {
   switch (category) {
     case QV_2_9::scBinaryFiles:

@@ -13,6 +13,9 @@ namespace quiver_tool {
 /// Returns "binary", "symbol file" or "source file".
 const char* categoryWords(QV_2_9::search_category_t category);
 
+/// Returns "binaries", "symbol files" or "sources".
+const char* categoryTitle(QV_2_9::search_category_t category);
+
 /// Returns the word of the command line: "bin", "sym", "src" or "all".
 const char* categoryWord(QV_2_9::search_category_t category);
 
