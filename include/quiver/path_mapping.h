@@ -7,10 +7,11 @@
 //   manager->setNoFilesFoundCallback(context, L"viewer", mappings->getNoFilesFoundCallback());
 //
 // The search-started callback suggests where the mappings put the file; a suggestion is checked as
-// any candidate is, so a wrong mapping costs time and never yields a wrong file. The two others
-// watch what became of it: they learn mappings from files that a check confirmed, count
-// confirmations, and drop a learned mapping once a check has rejected the file it led to. After the
-// first file of a tree the rest is found without a scan.
+// any candidate is: where the caller passes a check, a wrong mapping costs time and never yields a
+// wrong file. Without one the first place that has a file of the name wins, and mappings come
+// first. The two others watch what became of it: they learn mappings from files that a check
+// confirmed, count confirmations, and drop a learned mapping once a check has rejected the file it
+// led to. After the first file of a tree the rest is found without a scan.
 
 #pragma once
 

@@ -61,7 +61,8 @@ class IResolutionContext : public IQVObject {
 /// entry empties itself when its callback object goes. Strings are copied.
 ///
 /// Implemented by: the library.
-/// Lifetime: counted, one object per process; with the last reference everything is forgotten.
+/// Lifetime: counted, one object per process; with the last reference everything is forgotten. That
+///           one must not be dropped inside a search callback: it would hang.
 /// Threads: one at a time, `create` included.
 /// Failure: false for a null key, null for a path that names nothing.
 class IResolutionContextMgr : public IQVObject {
@@ -78,6 +79,7 @@ class IResolutionContextMgr : public IQVObject {
   /// Sets the directory for copies. Null is ignored, empty takes it away.
   virtual void setArchiveDir(IResolutionContext* context, const wchar_t* dir) = 0;  // 6
   // Each files a callback of its kind under `key`; null takes it out again. False for a null key.
+  // Each also waits for running callbacks of the other kinds that are filed under that key.
   virtual bool setSearchStartedCallback(IResolutionContext* context,
                                         const wchar_t* key,
                                         ISearchStartedCallback* callback) = 0;  // 7
@@ -115,7 +117,7 @@ class IResolutionContextMgr : public IQVObject {
                                                       bool isDirectory) = 0;  // 15
   /// Copies `file` into the archive of the nearest context that has one, under a category's folder
   /// (a `search_category_t`; any other value is `scAllFiles`). Folders made on the way stay, also
-  /// on failure.
+  /// on failure. `arNoArchiveDir` for a null context.
   virtual archive_result_t archiveFile(IResolutionContext* context,
                                        const wchar_t* file,
                                        int32_t category) = 0;  // 16

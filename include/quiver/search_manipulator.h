@@ -48,7 +48,7 @@ enum history_mode_t : int32_t {
 ///
 /// Implemented by: the library.
 /// Lifetime: counted; neither the last reference may be dropped nor a default callback made inside
-///           a callback of one of the three kinds.
+///           a search callback of any kind: it would hang.
 /// Threads: one at a time, and not while a search runs with these callbacks.
 /// Failure: false for a null key.
 class ISearchManipulator : public IQVObject {
