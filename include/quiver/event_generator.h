@@ -64,7 +64,8 @@ class IEventGeneratorImpl : public IQVObject {
 class QV_API EventGenerator {
  public:
   virtual ~EventGenerator();  // 0
-  /// Returns the lock of the callback class, the same for every object of the class.
+  /// Returns the lock of the callback class, the same for every object of the class. Null for a
+  /// class whose objects are used by one thread at a time.
   virtual ISpinSharedLock* getLock() = 0;  // 1
 
   /// Registers `handler`; a handler added twice is told twice.

@@ -17,14 +17,16 @@ EventGeneratorImpl::~EventGeneratorImpl() {
 void EventGeneratorImpl::addHandler(IEventHandler* handler) {
   if (!lock())
     m_lock.store(m_owner->getLock());
+  m_hasHandlerCome = true;
   const LockGuard guard(lock());
   m_handlers.push_back(handler);
 }
 
-// Without a lock there is no handler yet; one may be coming on another thread just now.
+// Before the first handler has come there is nothing to do; it may be coming on another thread just
+// now.
 
 void EventGeneratorImpl::removeHandler(IEventHandler* handler) {
-  if (!lock())
+  if (!m_hasHandlerCome)
     return;
   const LockGuard guard(lock());
   const auto found = std::find(m_handlers.begin(), m_handlers.end(), handler);
@@ -50,7 +52,7 @@ void EventGeneratorImpl::notifyHandlers(EventGenerator* generator) {
 }
 
 void EventGeneratorImpl::dropHandlers() {
-  if (!lock())
+  if (!m_hasHandlerCome)
     return;
   const LockGuard guard(lock());
   EventGeneratorImpl::notifyHandlers(nullptr);

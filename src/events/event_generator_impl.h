@@ -2,10 +2,12 @@
 //
 // They are guarded by the lock of the callback's class, held exclusively. The lock is asked for
 // when the first handler comes, because a callback cannot name it while its base is built or
-// destroyed; until then there is nothing to guard.
+// destroyed; until then there is nothing to guard. A callback that names no lock is used by one
+// thread at a time.
 
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <vector>
 
@@ -37,6 +39,7 @@ class EventGeneratorImpl final : public RefCountImpl<IEventGeneratorImpl> {
   std::size_t m_nextToNotify QV_GUARDED_BY(lock()) = 0;  // stands behind the handler being notified
   EventGenerator* m_owner;                               // not to be touched in the destructor
   internal::AtomicPointer<ISpinSharedLock> m_lock;
+  std::atomic<bool> m_hasHandlerCome{false};  // true only once the lock is known
 };
 
 }  // namespace QV_2_9

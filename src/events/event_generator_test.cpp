@@ -200,6 +200,41 @@ TEST(EventGenerator, IsDisconnectedOnOneThreadWhileItGetsItsFirstHandlerOnAnothe
   }
 }
 
+/// A callback that is used on one thread alone.
+class CallbackWithoutLock final : public EventGenerator {
+ public:
+  ISpinSharedLock* getLock() override { return nullptr; }
+};
+
+TEST(EventGenerator, TellsAHandlerOnceAlsoWithoutALock) {
+  Log log;
+  Handler handler("a", log);
+  CallbackWithoutLock callback;
+  callback.addHandler(&handler);
+  callback.disconnectHandlers();
+  callback.disconnectHandlers();
+  EXPECT_EQ(log, (Log{"a"}));
+}
+
+TEST(EventGenerator, TellsAHandlerOfItsEndAlsoWithoutALock) {
+  Log log;
+  Handler handler("a", log);
+  { CallbackWithoutLock().addHandler(&handler); }
+  EXPECT_EQ(log, (Log{"a"}));
+}
+
+TEST(EventGenerator, DoesNotTellARemovedHandlerAlsoWithoutALock) {
+  Log log;
+  Handler handler("a", log);
+  Handler other("b", log);
+  CallbackWithoutLock callback;
+  callback.addHandler(&handler);
+  callback.addHandler(&other);
+  callback.removeHandler(&handler);
+  callback.disconnectHandlers();
+  EXPECT_EQ(log, (Log{"b"}));
+}
+
 TEST(EventGenerator, CannotBeCopied) {
   EXPECT_FALSE(std::is_copy_constructible_v<Callback>);
   EXPECT_FALSE(std::is_copy_assignable_v<Callback>);
