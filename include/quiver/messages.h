@@ -33,8 +33,11 @@ class IMsgContainer {
 // Message objects, one interface per kind of rejection. All are alike:
 //
 // Implemented by: the caller, through `RefCountImpl` (ref_count.h).
-// Lifetime: counted.
-// Threads: the thread of the search.
+// Lifetime: counted. A class used by searches on several threads, or replaced while one runs,
+// passes
+//           a lock of its own for the count to `RefCountImpl`, not the lock of a kind; its
+//           destructor then asks for no registration and changes none.
+// Threads: the thread of the search; several at once when searches run at once.
 // Failure: write nothing, and the kind's key is used.
 //
 // `detail` is the empty text in the library's own calls.
@@ -109,7 +112,7 @@ class IFileArchMismatchMessage : public IQVObject {
 ///
 /// For each kind: `set` replaces the registration (null clears it), `get` returns it (null when
 /// there is none), and the kind's lock is for a client that replaces a message while searches may
-/// run; a search takes its messages when it begins.
+/// run; a search takes its messages when it begins, without that lock, and keeps them to its end.
 ///
 /// Implemented by: the library.
 /// Lifetime: counted, one object per process; the last reference ends it.

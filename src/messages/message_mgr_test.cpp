@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/lock.h"
 #include "messages/msg_container.h"
 #include "quiver/messages.h"
 #include "quiver/ref_count.h"
@@ -232,6 +233,41 @@ TEST(MessageMgr, RegistrationTakesNoLock) {
     EXPECT_FALSE(manager->getSizeMismatchMessage());
   }).join();
   lock->unlock();
+}
+
+/// The count of what several threads refer to needs a lock, one of the class's own.
+class SharedMessage final : public RefCountImpl<ISizeMismatchMessage> {
+ public:
+  SharedMessage() : RefCountImpl(&s_countLock) {}
+  void formatMessage(IMsgContainer& container, const wchar_t*) override {
+    container.setMessage(L"size");
+  }
+
+ private:
+  static inline QVLock s_countLock;
+};
+
+TEST(MessageMgr, MessageIsReplacedUnderItsLockWhileOthersTakeIt) {
+  const ObjectPtr<IMessageMgr> manager = IMessageMgr::create();
+  manager->setSizeMismatchMessage(new SharedMessage);
+  std::atomic<bool> isOver{false};
+  std::vector<std::thread> searches;
+  for (int i = 0; i < 3; ++i) {
+    searches.emplace_back([&manager, &isOver] {
+      while (!isOver) {
+        MsgContainer container;
+        manager->getSizeMismatchMessage()->formatMessage(container, L"");
+        EXPECT_STREQ(container.getMessage(), L"size");
+      }
+    });
+  }
+  for (int round = 0; round < 2000; ++round) {
+    const LockGuard guard(manager->getSizeMismatchMessageLock());
+    manager->setSizeMismatchMessage(new SharedMessage);
+  }
+  isOver = true;
+  for (std::thread& search : searches) search.join();
+  EXPECT_EQ(countOf(manager->getSizeMismatchMessage().get()), 2u);
 }
 
 TEST(MessageMgr, IsOneObjectWhileSomebodyHoldsIt) {
