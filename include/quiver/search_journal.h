@@ -103,11 +103,12 @@ struct JournalServer {
 
 /// Why a step that ran had nothing to do.
 enum journal_idle_t : int32_t {
-  jiNotIdle = 0,        ///< It looked at something.
-  jiNoEnvironment = 1,  ///< The file search has no search environment.
-  jiNoDirectories = 2,  ///< No place is configured for it.
-  jiNoBinary = 3,       ///< The binary to look around is not known.
-  jiNotForCategory = 4  ///< Files of this category are not looked for in this way.
+  jiNotIdle = 0,         ///< It looked at something.
+  jiNoEnvironment = 1,   ///< The file search has no search environment.
+  jiNoDirectories = 2,   ///< No place is configured for it.
+  jiNoBinary = 3,        ///< The binary to look around was not given.
+  jiNotForCategory = 4,  ///< Files of this category are not looked for in this way.
+  jiBareBinary = 5       ///< The binary to look around is known by its bare name alone.
 };
 
 /// A step is over.

@@ -76,8 +76,10 @@ void LookupJournal::stepBroken(search_step_t step) {
 }
 
 journal_idle_t LookupJournal::idleReason(search_step_t step) const {
+  if (step == ssAroundBinaryLookup && m_category == scBinaryFiles)
+    return jiNotForCategory;
   if (step == ssAroundBinaryLookup)
-    return m_category == scBinaryFiles ? jiNotForCategory : jiNoBinary;
+    return m_hasBinary ? jiBareBinary : jiNoBinary;
   const bool isSystems = step == ssSystemDirs;
   if (isSystems && m_category == scSourceFiles)
     return jiNotForCategory;

@@ -51,6 +51,12 @@ TEST_F(LookupJournalTest, TellsWhySixStepsHadNothingToDo) {
                           L"answer none step 0 confidence -1 by 0"));
 }
 
+TEST_F(LookupJournalTest, TellsThatABareNamedBinaryHasNoDirectories) {
+  m_binary = L"app";
+  EXPECT_THAT(findSrc(L"a.c"), IsSupersetOf({L"step 5", L"end of 5 idle 5"}));
+  EXPECT_THAT(findSym(L"app.pdb"), IsSupersetOf({L"step 5", L"end of 5 idle 5"}));
+}
+
 TEST_F(LookupJournalTest, TellsThatThereIsNoEnvironment) {
   m_search = createFileSearchWithJournal(nullptr, &m_notebook);
   EXPECT_THAT(findBin(L"a.dll"),

@@ -70,6 +70,8 @@ const char* idleWords(QV_2_9::journal_idle_t idle) {
       return "no place is configured for it";
     case QV_2_9::jiNoBinary:
       return "the binary is not known; --binary names it";
+    case QV_2_9::jiBareBinary:
+      return "the binary has no directory; --binary names it with its path";
     case QV_2_9::jiNotForCategory:
       return "files of this kind are not looked for in this way";
     case QV_2_9::jiNotIdle:

@@ -87,6 +87,8 @@ const wchar_t* remarkOn(QV_2_9::journal_idle_t idle) {
       return L"";
     case QV_2_9::jiNoBinary:
       return L"the binary is not known";
+    case QV_2_9::jiBareBinary:
+      return L"the binary has no directory";
     case QV_2_9::jiNotForCategory:
       return L"not for this kind of file";
     case QV_2_9::jiNoEnvironment:

@@ -99,6 +99,8 @@ TEST_F(JournalRecorderTest, TellsOfStepsAndTheEnd) {
   const Event end = only();
   EXPECT_THAT(end, ElementsAre(kRecordedStepEnd, 5, 250, 1));
   EXPECT_EQ(text(end[3]), L"the binary is not known");
+  m_recorder.onStepEnded({ssAroundBinaryLookup, 250, jiBareBinary});
+  EXPECT_EQ(text(only()[3]), L"the binary has no directory");
   m_recorder.onStepNotRun({ssLowPrioritySearchDirs, jnAnswered});
   EXPECT_EQ(text(only()[2]), L"the file was found before");
   m_recorder.onLookupEnded({L"/s/a.c", 3, 0, jaStep, 9});
