@@ -8,6 +8,8 @@
 #include "paku/file_info.h"
 #include "paku/file_ops.h"
 #include "paku/filename.h"
+#include "paku/path_style.h"
+#include "paku/path_syntax.h"
 
 #include "os/path_utils.h"
 #include "quiver/checksum.h"
@@ -18,6 +20,13 @@ namespace {
 
 PAKU_3_1::Filename absoluteFilename(const wchar_t* path) {
   return PAKU_3_1::Filename(path).toAbsoluteFilename(PAKU_3_1::Filename());
+}
+
+/// The absolute path of another system would be taken for the name of an entry of the current
+/// directory.
+bool isAbsoluteHere(const std::wstring& path) {
+  using namespace PAKU_3_1::internal;
+  return isAbsolutePath(path, systemPathStyle());
 }
 
 bool ensureDirectory(const std::wstring& path) {
@@ -50,8 +59,8 @@ archive_result_t archiveInto(const wchar_t* archiveDir,
                              std::int64_t now) {
   std::wstring dir = toAbsolutePath(archiveDir);
   const std::wstring name = fileNameOf(file);
-  if (!ensureDirectory(dir) || !enterFolder(dir, categoryFolder(category)) ||
-      !enterFolder(dir, name.c_str()))
+  if (!isAbsoluteHere(dir) || !ensureDirectory(dir) ||
+      !enterFolder(dir, categoryFolder(category)) || !enterFolder(dir, name.c_str()))
     return arCannotCreateDirectory;
 
   const ObjectPtr<IChecksumCalculator> calculator = IChecksumCalculator::create();

@@ -73,6 +73,24 @@ TEST(ArchivePosix, FileThatIsCalledLikeACopyInTheMakingIsKept) {
   EXPECT_EQ(archive(tree, file, now + kDay + 60), arAlreadyArchived);
 }
 
+class ArchiveForeignDirectoryPosix : public testing::TestWithParam<const wchar_t*> {};
+
+TEST_P(ArchiveForeignDirectoryPosix, IsNotMadeInTheCurrentDirectory) {
+  TempTree tree;
+  tree.addDirectory("cwd");
+  const std::wstring file = tree.addFile("app.dll", "a");
+  const ScopedDirectory inside(tree.path("cwd"));
+  EXPECT_EQ(archiveInto(GetParam(), file.c_str(), scBinaryFiles, std::time(nullptr)),
+            arCannotCreateDirectory);
+  EXPECT_TRUE(std::filesystem::is_empty("."));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Directories,
+    ArchiveForeignDirectoryPosix,
+    testing::Values(L"C:\\results\\r1", L"C:/results/r1", L"\\\\srv\\share\\r1", L"C:\\"),
+    [](const auto& row) { return "Directory" + std::to_string(row.index); });
+
 struct ForeignName {
   const char* title;
   const wchar_t* name;
