@@ -10,8 +10,11 @@
 namespace QV_2_9 {
 
 /// Implemented by: the library; a caller may bring its own.
-/// Lifetime: counted.
-/// Threads: set the values before a search reads them.
+/// Lifetime: counted. Searches take and drop their references one at a time, under a lock of the
+///           library's; nobody else takes or drops one while a search runs.
+/// Threads: set the values before a search reads them. Searches ask for them under that lock, so
+/// one
+///          object serves any number of searches at once.
 /// Failure: none; every value is stored and returned as it is.
 class IEnvironmentInfo : public IQVObject {
  public:
@@ -24,7 +27,7 @@ class IEnvironmentInfo : public IQVObject {
 
 /// Implemented by: the library.
 /// Lifetime: counted.
-/// Threads: set the values before a search reads them.
+/// Threads: as above.
 /// Failure: none.
 class IEditableEnvironmentInfo : public IEnvironmentInfo {
  public:

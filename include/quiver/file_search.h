@@ -21,7 +21,9 @@ namespace QV_2_9 {
 /// Implemented by: the library.
 /// Lifetime: counted; the count may change on any thread, but inside a callback no reference may be
 ///           taken or dropped while another thread may drop the last reference of a file search.
-/// Threads: any number of searches at once; each runs on its caller's thread.
+/// Threads: any number of searches at once; each runs on its caller's thread. They may share an
+///          environment and its information, to which nobody else takes or drops a reference
+///          meanwhile.
 /// Failure: null when nothing was found, and for an empty name. Exceptions come only from callbacks
 ///          and from memory running out.
 class IFileSearch : public IQVObject {

@@ -2,12 +2,31 @@
 
 #include "search/basic_file_search_strategy.h"
 
+#include <optional>
+
+#include "core/lock.h"
 #include "os/os_specific_routines.h"
 #include "os/path_utils.h"
 #include "search/files_finder.h"
 #include "search/search_step.h"
 
 namespace QV_2_9 {
+namespace {
+
+QVLock environmentInfoLock;
+
+/// Returns the kind of the analysed system, nothing without information. Searches that run at once
+/// share one information object, whose count may be a plain one: every reference that a search
+/// takes is gone again before another search takes its own.
+std::optional<std::int32_t> recordedOSType(ISearchEnv* searchEnv) {
+  if (!searchEnv)
+    return std::nullopt;
+  const LockGuard guard(&environmentInfoLock);
+  const ObjectPtr<IEnvironmentInfo> info = searchEnv->getEnvironmentInfo();
+  return info ? std::optional(info->getOSType()) : std::nullopt;
+}
+
+}  // namespace
 
 void internal::forEachSearchDir(const ObjectPtr<ISearchDirIterator>& dirs,
                                 const std::function<void(const wchar_t*, bool, bool)>& visit) {
@@ -23,17 +42,12 @@ void internal::forEachSearchDir(const ObjectPtr<ISearchDirIterator>& dirs,
 
 BasicFileSearchStrategy::BasicFileSearchStrategy(ISearchEnv* searchEnv, const wchar_t* fileName)
     : m_searchEnv(searchEnv), m_fileName(fileName ? fileName : L"") {
-  if (!searchEnv)
-    return;
-  if (const ObjectPtr<IEnvironmentInfo> info = searchEnv->getEnvironmentInfo())
-    m_fileName = getOSSpecificRoutines()->mapFileName(m_fileName.c_str(), info->getOSType());
+  if (const std::optional<std::int32_t> type = recordedOSType(searchEnv))
+    m_fileName = getOSSpecificRoutines()->mapFileName(m_fileName.c_str(), *type);
 }
 
 std::int32_t BasicFileSearchStrategy::osType() const {
-  if (!m_searchEnv)
-    return 0;
-  const ObjectPtr<IEnvironmentInfo> info = m_searchEnv->getEnvironmentInfo();
-  return info ? info->getOSType() : 0;
+  return recordedOSType(m_searchEnv).value_or(0);
 }
 
 bool BasicFileSearchStrategy::isExcluded(const wchar_t*) {
@@ -49,6 +63,9 @@ void BasicFileSearchStrategy::searchArchiveDirs(ISearchResultsContainer& results
     FilesFinder finder(this, m_journal);
     internal::forEachSearchDir(m_searchEnv->getArchiveSearchDirs(category),
                                [&](const wchar_t* dir, bool, bool) {
+                                 // An empty text is no archive, least of all the current directory.
+                                 if (isEmpty(dir))
+                                   return;
                                  finder.addDirectory(joinPath(dir, name.c_str()).c_str(), true);
                                });
     finder.find(name.c_str(), results, internal::stepValue(ssArchiveSearchDirs, true));

@@ -3,6 +3,7 @@
 
 #include "search/qv_search.h"
 
+#include <cstdint>
 #include <memory>
 #include <stdexcept>
 #include <string>
@@ -44,6 +45,11 @@ class ScriptedCheck final : public IValidatorCallback {
     return answer;
   }
 };
+
+std::uint32_t referencesTo(IQVObject* object) {
+  object->addRef();
+  return object->release();
+}
 
 class FileSearchTest : public testing::Test {
  protected:
@@ -357,6 +363,10 @@ TEST_F(FileSearchTest, ServesSeveralThreadsAtOnce) {
   RecordingConfidenceLevelPolicy policy;
   m_env->setFilesFoundCallback(&found);
   m_env->setConfidenceLevelPolicyCallback(&policy);
+  const ObjectPtr<IEditableEnvironmentInfo> info = IEditableEnvironmentInfo::create();
+  info->setOSType(2);
+  m_env->setEnvironmentInfo(info);
+  const std::uint32_t references = referencesTo(info.get());
   std::vector<std::thread> threads;
   for (int i = 0; i < 4; ++i) {
     threads.emplace_back([&] {
@@ -365,11 +375,13 @@ TEST_F(FileSearchTest, ServesSeveralThreadsAtOnce) {
         const ObjectPtr<IValidFile> answer = mine->findSrcFile(L"a.c", L"", L"", nullptr, nullptr);
         ASSERT_TRUE(answer);
         ASSERT_EQ(answer->getPath(), path);
+        ASSERT_FALSE(mine->findBinFile(L"missing.dll", nullptr, nullptr));
       }
     });
   }
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(found.calls().size(), 200u);
+  EXPECT_EQ(referencesTo(info.get()), references);
 }
 
 TEST_F(FileSearchTest, SurvivesACallbackThatGoesAwayOnAnotherThread) {

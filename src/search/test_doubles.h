@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -34,7 +35,7 @@ class RecordingResults final : public ISearchResultsContainer {
 };
 
 /// Operating-system routines that know only what a test tells them; in place of the system's own
-/// for as long as they live.
+/// for as long as they live. Several threads may ask at once; what was noted is read afterwards.
 class ScriptedRoutines final : public IOSSpecificRoutines {
  public:
   ScriptedRoutines() { setOSSpecificRoutinesForTest(this); }
@@ -82,11 +83,16 @@ class ScriptedRoutines final : public IOSSpecificRoutines {
   }
 
  private:
-  void note(const std::wstring& call) { calls.push_back(call); }
+  void note(const std::wstring& call) {
+    const std::lock_guard guard(m_noting);
+    calls.push_back(call);
+  }
   void addDirs(const wchar_t* category, ISearchDirectoryContainer& dirs) {
     note(std::wstring(L"add") + category + L"SystemDirs");
     for (const auto& [dir, recursive] : systemDirs) dirs.addDirectory(dir.c_str(), recursive);
   }
+
+  std::mutex m_noting;
 };
 
 }  // namespace QV_2_9::internal
