@@ -16,6 +16,7 @@
 #include "search/sym_file_search_strategy.h"
 #include "search/test_doubles.h"
 #include "support/callbacks.h"
+#include "support/scoped_directory.h"
 #include "support/temp_tree.h"
 
 namespace QV_2_9 {
@@ -150,6 +151,14 @@ TEST_F(StrategyTest, LooksIntoTheFoldersOfAnArchiveThatBearTheFileName) {
   m_archives->addSearchDir(scAllFiles, m_tree.path("all").c_str(), false, true);
   bin(L"C:\\app\\a.dll").searchArchiveDirs(m_results);
   EXPECT_EQ(m_results.candidates, (Candidates{{archived, 0x10001}, {common, 0x10001}}));
+}
+
+TEST_F(StrategyTest, TakesNoArchiveFromAnEmptyText) {
+  m_tree.addFile("a.dll/0123/a.dll");
+  const quiver_test::ScopedDirectory inTree(m_tree.root());
+  m_archives->addSearchDir(scBinaryFiles, L"", false, false);
+  bin(L"a.dll").searchArchiveDirs(m_results);
+  EXPECT_EQ(m_results.candidates, Candidates());
 }
 
 TEST_F(StrategyTest, NeverScansAnArchiveItself) {
