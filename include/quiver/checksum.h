@@ -37,7 +37,7 @@ class IChecksum : public IQVObject {
 ///
 /// Implemented by: the library.
 /// Lifetime: counted, one object per process; the last reference ends it.
-/// Threads: any; only `create` must not run on two threads at once.
+/// Threads: calculating on any thread; references, `create` included, one thread at a time.
 /// Failure: null.
 class IChecksumCalculator : public IQVObject {
  public:
@@ -62,6 +62,9 @@ class IChecksumCalculator : public IQVObject {
 /// A plain object of the caller's, usually on its stack. A checksum that cannot be computed leaves
 /// the candidate undecided; only one that differs rejects it, a source file with
 /// `ecSourceMismatch`, a binary or symbol file with `ecUnusable`. Derive to write other texts.
+///
+/// Made and destroyed by one thread at a time, since it counts a reference to the one calculator;
+/// `validate` runs on any thread.
 class QV_API ChecksumValidator : public IValidatorCallback {
  public:
   /// `category` says which message and code a mismatch gets (a `search_category_t`). A null
