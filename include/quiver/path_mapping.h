@@ -49,9 +49,11 @@ class IPathMapping : public IQVObject {
 /// A set of mappings with the callbacks that use and improve it.
 ///
 /// Recorded prefixes are directories in either style of path, with drives, shares or neither; they
-/// match whole names, and letter case does not count in Windows paths. Mappings set by hand come
-/// first, in their order, and stay whatever checks say. Learned ones follow, the one last learned
-/// or confirmed first; the last of more than 256 is forgotten.
+/// match whole names, and letter case does not count in Windows paths. Below the prefixes names are
+/// taken as they were recorded, so what is learned from a tree whose directories differ in case
+/// leads no higher than to the last of them, unless this system ignores case. Mappings set by hand
+/// come first, in their order, and stay whatever checks say. Learned ones follow, the one last
+/// learned or confirmed first; the last of more than 256 is forgotten.
 ///
 /// Implemented by: the library.
 /// Lifetime: counted. It owns its callbacks, which leave their holders with the last reference; not

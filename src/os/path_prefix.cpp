@@ -76,6 +76,21 @@ bool beginsWith(const SplitPath& path, const SplitPath& prefix) {
                     [folds](const auto& a, const auto& b) { return isSameText(a, b, folds); });
 }
 
+/// Returns how many names at the ends are common.
+std::size_t commonEnd(const SplitPath& recorded, const SplitPath& local) {
+  if (recorded.names.empty() || local.names.empty() ||
+      !isSameText(recorded.names.back(), local.names.back(), ignoresCase(recorded, local)))
+    return 0;
+  const bool folds = local.isWindows;
+  const auto differing =
+      std::mismatch(recorded.names.rbegin() + 1,
+                    recorded.names.rend(),
+                    local.names.rbegin() + 1,
+                    local.names.rend(),
+                    [folds](const auto& a, const auto& b) { return isSameText(a, b, folds); });
+  return static_cast<std::size_t>(std::distance(recorded.names.rbegin(), differing.first));
+}
+
 SplitPath withoutLast(SplitPath path, std::size_t count) {
   path.names.resize(path.names.size() - count);
   return path;
@@ -115,15 +130,7 @@ bool isSamePrefix(const SplitPath& a, const SplitPath& b) {
 
 std::optional<MappedPrefixes> prefixesOfCommonEnd(const SplitPath& recorded,
                                                   const SplitPath& local) {
-  const bool folds = ignoresCase(recorded, local);
-  const auto differing =
-      std::mismatch(recorded.names.rbegin(),
-                    recorded.names.rend(),
-                    local.names.rbegin(),
-                    local.names.rend(),
-                    [folds](const auto& a, const auto& b) { return isSameText(a, b, folds); });
-  const auto common =
-      static_cast<std::size_t>(std::distance(recorded.names.rbegin(), differing.first));
+  const std::size_t common = commonEnd(recorded, local);
   if (common == 0)
     return std::nullopt;
   MappedPrefixes prefixes{withoutLast(recorded, common), withoutLast(local, common)};

@@ -2,7 +2,9 @@
 //
 //   recorded                     found                     mapped prefixes
 //   /build/agent/work/src/a.cpp  /home/u/proj/src/a.cpp    /build/agent/work -> /home/u/proj
-//   C:\ci\SRC\a.cpp              /home/u/src/a.cpp         C:\ci -> /home/u
+//   C:\ci\src\A.CPP              /home/u/src/a.cpp         C:\ci -> /home/u
+//   C:\ci\SRC\a.cpp              /home/u/src/a.cpp         C:\ci\SRC -> /home/u/src
+//   C:\ci\SRC\a.cpp              D:\u\src\a.cpp            C:\ci -> D:\u
 //   \\srv\share\src\a.cpp        D:\src\a.cpp              \\srv\share -> the root of D:
 //   src/a.cpp                    /home/u/src/a.cpp         (relative names) -> /home/u
 //
@@ -41,7 +43,9 @@ struct MappedPrefixes {
 };
 
 /// Returns what stands in front of the longest common end, in whole names. Nothing when no name is
-/// common or when the paths are the same.
+/// common or when the paths are the same. Letter case of directories counts where the local system
+/// looks at it: behind the prefixes names are taken as they were recorded. That of the file's own
+/// name does not when it was recorded on Windows, since it says little of the other files.
 std::optional<MappedPrefixes> prefixesOfCommonEnd(const SplitPath& recorded,
                                                   const SplitPath& local);
 

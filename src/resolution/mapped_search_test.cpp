@@ -1,6 +1,7 @@
 // Tests of path_mapping.h: whole searches with its callbacks.
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -41,6 +42,19 @@ TEST_F(MappedSearch, AllButTheFirstFileOfATreeCostNoScan) {
     EXPECT_THAT(find(name.c_str()), IsValidFile(files[static_cast<std::size_t>(i)], 0, step));
   }
   EXPECT_EQ(rows(), Rows{L"/ci/work>" + tree.path("co") + L"*19"});
+}
+
+TEST_F(MappedSearch, TreeWhoseDirectoriesDifferInCaseIsSuggestedFrom) {
+  install();
+  scan(tree.addDirectory("tree"));
+  const std::wstring a = tree.addFile("tree/src/a.cpp", "new");
+  const std::wstring b = tree.addFile("tree/src/b.cpp", "new");
+  EXPECT_THAT(find(L"C:\\ci\\SRC\\a.cpp"), IsValidFile(a, 0, ssHighPrioritySearchDirs));
+  const ObjectPtr<IValidFile> second = find(L"C:\\ci\\SRC\\b.cpp");
+  ASSERT_TRUE(second);
+  EXPECT_EQ(second->getStep(), kSuggested);
+  EXPECT_TRUE(std::filesystem::equivalent(quiver_test::NativePath(second->getPath()).get(),
+                                          quiver_test::NativePath(b).get()));
 }
 
 TEST_F(MappedSearch, SuggestionThatIsValidRunsNoStep) {
