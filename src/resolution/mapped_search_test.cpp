@@ -234,6 +234,21 @@ TEST_F(MappedSearch, FileThatThePersonPointsToIsLearnedFrom) {
   EXPECT_THAT(find(L"/ci/src/b.cpp"), IsValidFile(b, 0, kSuggested));
 }
 
+TEST_F(MappedSearch, AcceptedMismatchIsNotLearnedFrom) {
+  install();
+  scan(tree.addDirectory("co"));
+  const std::wstring file = tree.addFile("co/src/a.cpp", "old");
+  RecordingNoFilesFound user;
+  user.answer = [](const Call&, IValidator&, IInvalidFileIterator& bad, IValidFileIterator&) {
+    const ObjectPtr<IInvalidFile> first = bad.next();
+    return first ? first->makeValid() : ObjectPtr<IValidFile>();
+  };
+  mappings->setNoFilesFoundUserCallback(&user);
+  EXPECT_THAT(find(L"/ci/src/a.cpp"), IsValidFile(file, 0, ssHighPrioritySearchDirs));
+  EXPECT_EQ(rows(), Rows());
+  mappings->setNoFilesFoundUserCallback(nullptr);
+}
+
 TEST_F(MappedSearch, NoFilesFoundCallbackSeesAllRejectedFiles) {
   install();
   tree.addFile("wrong/a.cpp", "old");

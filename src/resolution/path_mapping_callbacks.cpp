@@ -50,7 +50,7 @@ ObjectPtr<IValidFile> MappingNoFilesFound::noFilesFound(const SoughtFile& file,
     return nullptr;
   const ObjectPtr<IValidFile> answer = Ops::noFilesFound(
       *m_userCallback, file, outcome.validator, outcome.invalidFiles, outcome.validFiles);
-  if (answer)
+  if (answer && !isRejected(*answer, outcome.invalidFiles))
     learnFromAnswer(m_mappings, file.name, *answer);
   return answer;
 }

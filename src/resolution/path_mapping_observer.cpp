@@ -56,6 +56,15 @@ void observeRejectedFiles(PathMappingTable& mappings,
   invalidFiles.reset();
 }
 
+bool isRejected(IValidFile& answer, IInvalidFileIterator& invalidFiles) {
+  bool isAmongThem = false;
+  invalidFiles.reset();
+  while (const ObjectPtr<IInvalidFile> file = isAmongThem ? nullptr : invalidFiles.next())
+    isAmongThem = compareIgnoreCase(file->getPath(), answer.getPath()) == 0;
+  invalidFiles.reset();
+  return isAmongThem;
+}
+
 void learnFromAnswer(PathMappingTable& mappings, const wchar_t* name, IValidFile& answer) {
   const std::int32_t step = answer.getStep();
   if (answer.getConfidenceLevel() == 0 && step != ssArchiveSearchDirs && step != ssSystemDirs)

@@ -18,6 +18,10 @@ void observeRejectedFiles(PathMappingTable& mappings,
                           const wchar_t* name,
                           IInvalidFileIterator& invalidFiles);
 
+/// Whether `answer` is one of the candidates that were rejected, accepted all the same; the
+/// iterator is left at its beginning.
+bool isRejected(IValidFile& answer, IInvalidFileIterator& invalidFiles);
+
 /// Learns from the answer of a search where a check confirmed it and it lies with others of its
 /// tree: copies in archives and in the system's directories do not.
 void learnFromAnswer(PathMappingTable& mappings, const wchar_t* name, IValidFile& answer);
