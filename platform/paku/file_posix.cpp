@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "paku/file.h"
+#include "paku/file_state_posix.h"
 #include "paku/md5.h"
 #include "paku/md5_memo.h"
 #include "paku/native_path_posix.h"
@@ -27,20 +28,12 @@ ssize_t readAt(int fd, std::vector<char>& buffer, off_t offset) {
   return uninterrupted([&] { return pread(fd, buffer.data(), buffer.size(), offset); });
 }
 
-std::int64_t nanoseconds(const timespec& time) {
-  return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
-}
-
-/// Nothing where times come over a network, or from a program: they may be old ones.
-std::optional<internal::FileState> stateOf(int fd) {
+/// Nothing where it does not tell of every change.
+std::optional<FileState> stateOf(int fd) {
   struct stat status {};
-  if (!internal::notifiesOfChanges(fd) || fstat(fd, &status) != 0)
+  if (!internal::datesAllContent(fd) || fstat(fd, &status) != 0)
     return std::nullopt;
-  return internal::FileState{status.st_dev,
-                             status.st_ino,
-                             static_cast<std::uint64_t>(status.st_size),
-                             nanoseconds(status.st_mtim),
-                             nanoseconds(status.st_ctim)};
+  return internal::stateOf(status);
 }
 
 std::wstring md5Of(int fd) {

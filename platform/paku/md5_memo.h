@@ -1,9 +1,9 @@
 // Checksums of files that were read before and have not changed since.
 //
-// A file is known by its place on the disk, its size and both of its times; whoever changes the
-// content changes the second time, which programs cannot set back. Only files that rested for a
-// while when they were read are remembered: a change within the same tick of the clock would not
-// show, nor would one through a mapping of the file that is still being written.
+// A file is known by its place on the disk, its size and both of its times. Only files that rested
+// for a while when they were read are remembered: a change within the same tick of the clock would
+// not show, nor would one through a mapping of the file that is still being written. In memory file
+// systems no change through a mapping ever shows: their files are read each time.
 
 #pragma once
 
@@ -17,17 +17,9 @@
 #include <string>
 #include <unordered_map>
 
-namespace PAKU_3_1::internal {
+#include "paku/file_state.h"
 
-/// What tells one content from another without reading it. Times are nanoseconds since 1970.
-struct FileState {
-  std::uint64_t device = 0;
-  std::uint64_t file = 0;  ///< Its number on the device.
-  std::uint64_t size = 0;
-  std::int64_t modified = 0;
-  std::int64_t changed = 0;  ///< Content, name or rights.
-  bool operator==(const FileState&) const = default;
-};
+namespace PAKU_3_1::internal {
 
 /// Safe to use from several threads.
 class Md5Memo final {

@@ -7,9 +7,9 @@
 #include <climits>
 #include <cstdio>
 #include <fstream>
-#include <iterator>
 #include <linux/fs.h>
 #include <linux/magic.h>
+#include <span>
 #include <sstream>
 #include <string>
 #include <sys/ioctl.h>
@@ -24,16 +24,24 @@ namespace {
 constexpr unsigned long kXfs = 0x58465342;
 constexpr unsigned long kBcachefs = 0xca451a4e;
 
-// ext2 to ext4 share a number. Directories of an overlay are watched as the overlay shows them, and
-// what lies below an overlay must not change while it is mounted.
-constexpr unsigned long kTrusted[] = {EXT4_SUPER_MAGIC,
-                                      kXfs,
-                                      BTRFS_SUPER_MAGIC,
-                                      F2FS_SUPER_MAGIC,
-                                      kBcachefs,
-                                      TMPFS_MAGIC,
-                                      RAMFS_MAGIC,
-                                      OVERLAYFS_SUPER_MAGIC};
+// ext2 to ext4 share a number.
+constexpr unsigned long kOnDisks[] = {
+    EXT4_SUPER_MAGIC, kXfs, BTRFS_SUPER_MAGIC, F2FS_SUPER_MAGIC, kBcachefs};
+
+// Directories of an overlay are watched as the overlay shows them, and what lies below an overlay
+// must not change while it is mounted.
+constexpr unsigned long kElsewhere[] = {TMPFS_MAGIC, RAMFS_MAGIC, OVERLAYFS_SUPER_MAGIC};
+
+/// Returns 0 when it is not known.
+unsigned long fileSystemOf(int fd) {
+  struct statfs status {};
+  const bool isKnown = uninterrupted([&] { return fstatfs(fd, &status); }) == 0;
+  return isKnown ? static_cast<unsigned long>(status.f_type) : 0;
+}
+
+bool isAmong(std::span<const unsigned long> fileSystems, unsigned long fileSystem) {
+  return std::ranges::find(fileSystems, fileSystem) != fileSystems.end();
+}
 
 /// The table writes blanks and backslashes as octal numbers.
 std::string unescaped(const std::string& text) {
@@ -64,10 +72,12 @@ std::string pathOf(int directory) {
 }  // namespace
 
 bool notifiesOfChanges(int directory) {
-  struct statfs status {};
-  return uninterrupted([&] { return fstatfs(directory, &status); }) == 0 &&
-         std::ranges::find(kTrusted, static_cast<unsigned long>(status.f_type)) !=
-             std::end(kTrusted);
+  const unsigned long fileSystem = fileSystemOf(directory);
+  return isAmong(kOnDisks, fileSystem) || isAmong(kElsewhere, fileSystem);
+}
+
+bool datesAllContent(int file) {
+  return isAmong(kOnDisks, fileSystemOf(file));
 }
 
 bool hasMountBelow(int directory) try {
