@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "paku/file_ops.h"
+#include "paku/file_state_posix.h"
 #include "paku/native_path_posix.h"
 #include "paku/regular_file_posix.h"
 #include "paku/temporary_file_posix.h"
@@ -76,9 +77,14 @@ int finishCopy(int fd, const struct stat& source) {
   return cannotSync ? errno : 0;
 }
 
+bool isInState(int fd, const FileState& expected) {
+  struct stat status {};
+  return fstat(fd, &status) == 0 && internal::stateOf(status) == expected;
+}
+
 }  // namespace
 
-int copyFile(const Filename& from, const Filename& to, bool overwrite) {
+int copyFile(const Filename& from, const Filename& to, bool overwrite, const FileState* expected) {
   std::string source;
   std::string target;
   if (!internal::nativePath(from.text().text(), source) ||
@@ -88,11 +94,15 @@ int copyFile(const Filename& from, const Filename& to, bool overwrite) {
   struct stat status {};
   if (const int error = internal::openRegularFile(source, file, status))
     return error;
+  if (expected && internal::stateOf(status) != *expected)
+    return kFileHasChanged;
   internal::TemporaryFile copy(target);
   if (copy.error())
     return copy.error();
   if (const int error = copyContent(file.get(), copy.fd()))
     return error;
+  if (expected && !isInState(file.get(), *expected))
+    return kFileHasChanged;
   if (const int error = finishCopy(copy.fd(), status))
     return error;
   return copy.publish(overwrite);

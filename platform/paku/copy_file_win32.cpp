@@ -4,6 +4,7 @@
 #include <string>
 
 #include "paku/file_ops.h"
+#include "paku/file_state_win32.h"
 #include "paku/file_status_win32.h"
 #include "paku/native_path_win32.h"
 #include "paku/no_dialogs.h"
@@ -141,7 +142,7 @@ int targetRefusal(const std::wstring& target, bool overwrite) {
 
 }  // namespace
 
-int copyFile(const Filename& from, const Filename& to, bool overwrite) {
+int copyFile(const Filename& from, const Filename& to, bool overwrite, const FileState* expected) {
   const NoDialogs noDialogs;
   std::wstring source;
   std::wstring target;
@@ -152,6 +153,8 @@ int copyFile(const Filename& from, const Filename& to, bool overwrite) {
   internal::FileHandle file;  // held until the copy is made: what is copied is what was looked at
   if (const int error = internal::openRegularFile(source, file))
     return error;
+  if (expected && internal::stateOf(file.get()) != *expected)
+    return kFileHasChanged;
   if (const int refused = targetRefusal(target, overwrite))
     return refused;
   TemporaryFile copy(target);
@@ -159,6 +162,9 @@ int copyFile(const Filename& from, const Filename& to, bool overwrite) {
     return copy.error();
   if (!CopyFileW(source.c_str(), copy.path().c_str(), FALSE))
     return internal::lastError();
+  // The system has opened the file by its name once more.
+  if (expected && fileState(from) != *expected)
+    return kFileHasChanged;
   if (const int error = finishCopy(copy.path()))
     return error;
   file = internal::FileHandle();  // it may be the target

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "paku/file_state.h"
 #include "paku/filename.h"
 
 namespace PAKU_3_1 {
@@ -11,7 +12,15 @@ namespace PAKU_3_1 {
 /// Copies a regular file with its modification time. The target appears complete or not at all: the
 /// content is gathered under another name in the target's directory and renamed at the end, and a
 /// failure leaves nothing behind. Without `overwrite` an existing target is an error.
-int copyFile(const Filename& from, const Filename& to, bool overwrite);
+///
+/// With `expected`, `kFileHasChanged` is returned unless the file was in that state all the time.
+int copyFile(const Filename& from,
+             const Filename& to,
+             bool overwrite,
+             const FileState* expected = nullptr);
+
+/// No error code of any system.
+inline constexpr int kFileHasChanged = -1;
 
 /// In seconds.
 inline constexpr std::int64_t kCopyIsAbandonedAfter = 24 * 60 * 60;

@@ -3,9 +3,11 @@
 #include "paku/file_ops.h"
 
 #include <atomic>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <optional>
 #include <string>
 #include <thread>
 #include <vector>
@@ -42,6 +44,62 @@ TEST(CopyFile, CopiesTheContent) {
   EXPECT_EQ(copy(from, tree.path("to/a.dll")), 0);
   EXPECT_EQ(contentOf(tree.path("to/a.dll")), content);
   EXPECT_THAT(entriesOf(tree.path("to")), ElementsAre("a.dll"));
+}
+
+TEST(CopyFile, CopiesAFileInTheStateThatIsExpected) {
+  TempTree tree;
+  const std::wstring from = tree.addFile("from", "new");
+  const std::optional<FileState> state = fileState(Filename(from));
+  ASSERT_TRUE(state);
+  EXPECT_EQ(copyFile(Filename(from), Filename(tree.path("to")), true, &*state), 0);
+  EXPECT_EQ(contentOf(tree.path("to")), "new");
+}
+
+TEST(CopyFile, DoesNotCopyAnotherFileThanIsExpected) {
+  TempTree tree;
+  const std::wstring from = tree.addFile("from", "one");
+  const std::optional<FileState> state = fileState(Filename(from));
+  ASSERT_TRUE(state);
+  fs::rename(tree.addFile("other", "two"), from);
+  EXPECT_EQ(copyFile(Filename(from), Filename(tree.path("to")), true, &*state), kFileHasChanged);
+  EXPECT_THAT(entriesOf(tree.root()), ElementsAre("from"));
+}
+
+// The writer waits for the copy to begin.
+TEST(CopyFile, DoesNotCopyAFileThatChangesMeanwhile) {
+  constexpr std::size_t kSize = 64'000'000;
+  TempTree tree;
+  const std::wstring from = tree.addFile("from", std::string(kSize, 'q'));
+  tree.addDirectory("to");
+  const std::optional<FileState> state = fileState(Filename(from));
+  ASSERT_TRUE(state);
+  std::thread writer([&] {
+    while (entriesOf(tree.path("to")).empty()) std::this_thread::yield();
+    std::ofstream(fs::path(from), std::ios::app | std::ios::binary) << '!';
+  });
+  const int result = copyFile(Filename(from), Filename(tree.path("to/a.dll")), true, &*state);
+  writer.join();
+  if (result == 0)
+    EXPECT_EQ(fs::file_size(tree.path("to/a.dll")), kSize) << "it was faster than the writer";
+  else
+    EXPECT_EQ(result, kFileHasChanged);
+}
+
+TEST(FileState, IsThatOfTheFileAndNotOfItsName) {
+  TempTree tree;
+  const std::wstring file = tree.addFile("a", "one");
+  const std::optional<FileState> state = fileState(Filename(file));
+  ASSERT_TRUE(state);
+  EXPECT_EQ(state->size, 3u);
+  const fs::file_time_type time = fs::last_write_time(file);
+  fs::rename(file, tree.path("b"));
+  const std::optional<FileState> renamed = fileState(Filename(tree.path("b")));
+  ASSERT_TRUE(renamed);
+  EXPECT_EQ(renamed->file, state->file);
+  EXPECT_EQ(renamed->modified, state->modified);
+  fs::last_write_time(tree.path("b"), time + std::chrono::seconds(1));
+  EXPECT_EQ(fileState(Filename(tree.path("b")))->modified, state->modified + 1'000'000'000);
+  EXPECT_FALSE(fileState(Filename(tree.path("missing"))));
 }
 
 TEST(CopyFile, CopiesAnEmptyFile) {

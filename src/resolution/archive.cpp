@@ -2,11 +2,13 @@
 
 #include "resolution/archive.h"
 
+#include <optional>
 #include <string>
 
 #include "paku/file.h"
 #include "paku/file_info.h"
 #include "paku/file_ops.h"
+#include "paku/file_state.h"
 #include "paku/filename.h"
 #include "paku/path_style.h"
 #include "paku/path_syntax.h"
@@ -17,6 +19,8 @@
 
 namespace QV_2_9::internal {
 namespace {
+
+constexpr int kAttempts = 2;
 
 PAKU_3_1::Filename absoluteFilename(const wchar_t* path) {
   return PAKU_3_1::Filename(path).toAbsoluteFilename(PAKU_3_1::Filename());
@@ -46,9 +50,39 @@ bool enterFolder(std::wstring& dir, const wchar_t* name) {
   return true;
 }
 
-bool copyTo(const wchar_t* file, const std::wstring& target) {
+/// Returns nothing when the file is no longer in the state that its checksum is of.
+std::optional<archive_result_t> copyTo(const wchar_t* file,
+                                       const PAKU_3_1::FileState& state,
+                                       const std::wstring& target) {
   PAKU_3_1::FileModifiable(PAKU_3_1::Filename(target), true);
-  return PAKU_3_1::copyFile(absoluteFilename(file), absoluteFilename(target.c_str()), true) == 0;
+  const int error =
+      PAKU_3_1::copyFile(absoluteFilename(file), absoluteFilename(target.c_str()), true, &state);
+  if (error == PAKU_3_1::kFileHasChanged)
+    return std::nullopt;
+  return error == 0 ? arArchived : arCopyFailed;
+}
+
+/// Copies `file` into the folder of its checksum in `dir`. Returns nothing when it changed
+/// meanwhile.
+std::optional<archive_result_t> archiveVersion(IChecksumCalculator& calculator,
+                                               const wchar_t* file,
+                                               std::wstring dir,
+                                               const std::wstring& name,
+                                               std::int64_t now) {
+  const std::optional<PAKU_3_1::FileState> state = PAKU_3_1::fileState(absoluteFilename(file));
+  const ObjectPtr<IChecksum> checksum = calculator.calculate(file, ctMD5);
+  if (!checksum)
+    return arNoChecksum;
+  if (!state)
+    return std::nullopt;
+  if (!enterFolder(dir, checksum->getValue()))
+    return arCannotCreateDirectory;
+
+  const std::wstring target = joinPath(dir.c_str(), name.c_str());
+  PAKU_3_1::removeAbandonedCopies(absoluteFilename(target.c_str()), now);
+  if (exists(target.c_str()))
+    return arAlreadyArchived;
+  return copyTo(file, *state, target);
 }
 
 }  // namespace
@@ -66,17 +100,11 @@ archive_result_t archiveInto(const wchar_t* archiveDir,
   const ObjectPtr<IChecksumCalculator> calculator = IChecksumCalculator::create();
   if (!calculator)
     return arNoChecksumCalculator;
-  const ObjectPtr<IChecksum> checksum = calculator->calculate(file, ctMD5);
-  if (!checksum)
-    return arNoChecksum;
-  if (!enterFolder(dir, checksum->getValue()))
-    return arCannotCreateDirectory;
-
-  const std::wstring target = joinPath(dir.c_str(), name.c_str());
-  PAKU_3_1::removeAbandonedCopies(absoluteFilename(target.c_str()), now);
-  if (exists(target.c_str()))
-    return arAlreadyArchived;
-  return copyTo(file, target) ? arArchived : arCopyFailed;
+  // A file that is replaced is taken as it is then; one that keeps changing is not taken.
+  for (int attempt = 0; attempt < kAttempts; ++attempt)
+    if (const auto result = archiveVersion(*calculator, file, dir, name, now))
+      return *result;
+  return arCopyFailed;
 }
 
 }  // namespace QV_2_9::internal

@@ -14,8 +14,10 @@
 namespace QV_2_9::internal {
 
 /// Copies `file` into the archive in `archiveDir`. The folders down to the file name are made
-/// before the file is looked at; whatever fails, folders that were made stay. What processes that
-/// were killed have left of this version a day or more before `now`, in seconds since 1970, goes.
+/// before the file is looked at; whatever fails, folders that were made stay. A file that changes
+/// between its checksum and the end of the copy is begun with once more, and then given up. What
+/// processes that were killed have left of this version a day or more before `now`, in seconds
+/// since 1970, goes.
 archive_result_t archiveInto(const wchar_t* archiveDir,
                              const wchar_t* file,
                              std::int32_t category,

@@ -2,8 +2,11 @@
 
 #include "resolution/archive.h"
 
+#include <chrono>
 #include <filesystem>
 #include <string>
+#include <system_error>
+#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -45,6 +48,19 @@ class ArchiveTest : public testing::Test {
   bool exists(const std::string& name) const { return isFile(name) || isDirectory(name); }
   void remove(const std::string& name) const {
     ASSERT_TRUE(std::filesystem::remove(NativePath(tree.path(name)).get()));
+  }
+
+  /// Expects every copy to lie in the folder of its own checksum.
+  void expectChecksumsAsFolders() const {
+    const ObjectPtr<IChecksumCalculator> calculator = IChecksumCalculator::create();
+    for (const auto& entry :
+         std::filesystem::recursive_directory_iterator(NativePath(tree.path("archive")).get())) {
+      if (!entry.is_regular_file())
+        continue;
+      const auto checksum = calculator->calculate(entry.path().wstring().c_str(), ctMD5);
+      ASSERT_TRUE(checksum);
+      EXPECT_EQ(checksum->getValue(), entry.path().parent_path().filename().wstring());
+    }
   }
 
   TempTree tree;
@@ -101,6 +117,24 @@ TEST_F(ArchiveTest, VersionsLieSideBySide) {
   const std::string dir = "archive/binaries/app.dll/";
   EXPECT_TRUE(isFile(dir + kMd5OfA + "/app.dll"));
   EXPECT_TRUE(isFile(dir + kMd5OfB + "/app.dll"));
+}
+
+// The other file takes the name while the first one is being read: a file of this size takes a
+// while. Some systems keep the name of an open file.
+TEST_F(ArchiveTest, FileThatIsReplacedMeanwhileIsNotFiledUnderTheFormersChecksum) {
+  constexpr std::size_t kSize = 64'000'000;
+  const std::wstring file = tree.addFile("app.dll", std::string(kSize, 'a'));
+  const std::wstring other = tree.addFile("other.dll", std::string(kSize, 'b'));
+  std::thread replacing([&] {
+    while (!isDirectory("archive/binaries/app.dll")) std::this_thread::yield();
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    std::error_code error;
+    std::filesystem::rename(NativePath(other).get(), NativePath(file).get(), error);
+  });
+  EXPECT_EQ(archive(file), arArchived);
+  replacing.join();
+  EXPECT_THAT(archive(file), testing::AnyOf(arArchived, arAlreadyArchived));
+  expectChecksumsAsFolders();
 }
 
 TEST_F(ArchiveTest, CopyKeepsTheModificationTime) {
