@@ -46,11 +46,6 @@ class ScriptedCheck final : public IValidatorCallback {
   }
 };
 
-std::uint32_t referencesTo(IQVObject* object) {
-  object->addRef();
-  return object->release();
-}
-
 class FileSearchTest : public testing::Test {
  protected:
   FileSearchTest() { m_env->setSearchDirs(m_dirs); }
@@ -366,7 +361,7 @@ TEST_F(FileSearchTest, ServesSeveralThreadsAtOnce) {
   const ObjectPtr<IEditableEnvironmentInfo> info = IEditableEnvironmentInfo::create();
   info->setOSType(2);
   m_env->setEnvironmentInfo(info);
-  const std::uint32_t references = referencesTo(info.get());
+  const std::uint32_t references = info->addRef();
   std::vector<std::thread> threads;
   for (int i = 0; i < 4; ++i) {
     threads.emplace_back([&] {
@@ -381,7 +376,7 @@ TEST_F(FileSearchTest, ServesSeveralThreadsAtOnce) {
   }
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(found.calls().size(), 200u);
-  EXPECT_EQ(referencesTo(info.get()), references);
+  EXPECT_EQ(info->release(), references - 1);
 }
 
 TEST_F(FileSearchTest, SurvivesACallbackThatGoesAwayOnAnotherThread) {
