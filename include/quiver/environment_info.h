@@ -13,8 +13,7 @@ namespace QV_2_9 {
 /// Lifetime: counted. Searches take and drop their references one at a time, under a lock of the
 ///           library's; nobody else takes or drops one while a search runs.
 /// Threads: set the values before a search reads them. Searches ask for them under that lock, so
-/// one
-///          object serves any number of searches at once.
+///          one object serves any number of searches at once.
 /// Failure: none; every value is stored and returned as it is.
 class IEnvironmentInfo : public IQVObject {
  public:

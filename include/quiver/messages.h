@@ -34,8 +34,7 @@ class IMsgContainer {
 //
 // Implemented by: the caller, through `RefCountImpl` (ref_count.h).
 // Lifetime: counted. A class used by searches on several threads, or replaced while one runs,
-// passes
-//           a lock of its own for the count to `RefCountImpl`, not the lock of a kind; its
+//           passes a lock of its own for the count to `RefCountImpl`, not the lock of a kind; its
 //           destructor then asks for no registration and changes none.
 // Threads: the thread of the search; several at once when searches run at once.
 // Failure: write nothing, and the kind's key is used.

@@ -37,10 +37,9 @@ enum archive_result_t : int32_t {
   arNoChecksumCalculator = 2,   ///< There is no checksum calculator.
   arNoChecksum = 3,             ///< The file is missing or cannot be read.
   arCannotCreateDirectory = 4,  ///< A folder of the archive is missing and cannot be created.
-  arCopyFailed =
-      5,  ///< The copy could not be written, or the file kept changing; nothing was left.
-  arAlreadyArchived = 6,  ///< The archive has this version of the file.
-  arNoArchiveDir = 7,     ///< No context of the chain has an archive directory.
+  arCopyFailed = 5,             ///< It could not be copied or kept changing; nothing was left.
+  arAlreadyArchived = 6,        ///< The archive has this version of the file.
+  arNoArchiveDir = 7,           ///< No context of the chain has an archive directory.
 };
 
 /// The scope in which resolutions are remembered.
