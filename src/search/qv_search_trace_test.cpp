@@ -2,7 +2,6 @@
 // road through a search, and silence while tracing is off.
 
 #include <ostream>
-#include <stdexcept>
 #include <string>
 #include <type_traits>
 #include <vector>
@@ -361,44 +360,6 @@ TEST_F(FileSearchTrace, ANoFilesFoundCallbackThatVanishesBeforeItsLockIsHeld) {
                    kNothingInSteps,
                    {kFindFile, 1016, "Nothing found, returning"}}));
   EXPECT_TRUE(callback.calls().empty());
-}
-
-/// A container that counts how often it is asked for directories.
-class CountingContainer final : public RefCountImpl<ISearchDirContainer> {
- public:
-  int asked = 0;
-  ObjectPtr<ISearchDirIterator> createIterator(search_category_t) override {
-    ++asked;
-    return nullptr;
-  }
-};
-
-TEST_F(FileSearchTrace, ComposesNothingWhileOff) {
-  const vesk_1_8::TraceSilence silence(internal::traceChannel());
-  auto* container = new CountingContainer;
-  m_env->setSearchDirs(container);
-  m_search = IFileSearch::create(m_env);
-  EXPECT_EQ(container->asked, 0);
-}
-
-TEST_F(FileSearchTrace, AsksTheContainerForEachDumpWhileOn) {
-  auto* container = new CountingContainer;
-  m_env->setSearchDirs(container);
-  traced([&] { m_search = IFileSearch::create(m_env); });
-  EXPECT_EQ(container->asked, 4);
-}
-
-class ThrowingContainer final : public RefCountImpl<ISearchDirContainer> {
- public:
-  ObjectPtr<ISearchDirIterator> createIterator(search_category_t) override {
-    throw std::runtime_error("no directories today");
-  }
-};
-
-TEST_F(FileSearchTrace, IsNoReasonToFail) {
-  m_env->setSearchDirs(new ThrowingContainer);
-  EXPECT_EQ(traced([&] { m_search = IFileSearch::create(m_env); }),
-            (Lines{{kConstructor, 1024, "Search environment: "}}));
 }
 
 TEST_F(FileSearchTrace, AnswersTheSameOnAndOff) {
