@@ -50,13 +50,14 @@ bool enterFolder(std::wstring& dir, const wchar_t* name) {
   return true;
 }
 
-/// Returns nothing when the file is no longer in the state that its checksum is of.
+/// Returns nothing when the file is no longer in the state that its checksum is of; where the file
+/// system tells no state, `state` is null.
 std::optional<archive_result_t> copyTo(const wchar_t* file,
-                                       const PAKU_3_1::FileState& state,
+                                       const PAKU_3_1::FileState* state,
                                        const std::wstring& target) {
   PAKU_3_1::FileModifiable(PAKU_3_1::Filename(target), true);
   const int error =
-      PAKU_3_1::copyFile(absoluteFilename(file), absoluteFilename(target.c_str()), true, &state);
+      PAKU_3_1::copyFile(absoluteFilename(file), absoluteFilename(target.c_str()), true, state);
   if (error == PAKU_3_1::kFileHasChanged)
     return std::nullopt;
   return error == 0 ? arArchived : arCopyFailed;
@@ -73,8 +74,6 @@ std::optional<archive_result_t> archiveVersion(IChecksumCalculator& calculator,
   const ObjectPtr<IChecksum> checksum = calculator.calculate(file, ctMD5);
   if (!checksum)
     return arNoChecksum;
-  if (!state)
-    return std::nullopt;
   if (!enterFolder(dir, checksum->getValue()))
     return arCannotCreateDirectory;
 
@@ -82,7 +81,7 @@ std::optional<archive_result_t> archiveVersion(IChecksumCalculator& calculator,
   PAKU_3_1::removeAbandonedCopies(absoluteFilename(target.c_str()), now);
   if (exists(target.c_str()))
     return arAlreadyArchived;
-  return copyTo(file, *state, target);
+  return copyTo(file, state ? &*state : nullptr, target);
 }
 
 }  // namespace

@@ -113,9 +113,9 @@
     });
   }
 
-  function showList(id, title, items) {
+  function showList(id, items, one, many) {
     byId(id).hidden = items.length === 0;
-    byId(id).querySelector("summary").textContent = title;
+    byId(id).querySelector("summary").textContent = items.length + (items.length === 1 ? one : many);
     items.forEach(function (item) { byId(id).querySelector("ul").append(make("li", "path", item)); });
   }
 
@@ -125,9 +125,9 @@
         (mapping.learned ? " (learned)" : "") +
         (mapping.confirmations ? ", confirmed " + grouped(mapping.confirmations) + "\u00d7" : "");
     });
-    showList("mappings", used.length + (used.length === 1 ? " path mapping" : " path mappings"), used);
-    var missing = data.missing_directories || [];
-    showList("missing", missing.length + (missing.length === 1 ? " given directory does" : " given directories do") + " not exist", missing);
+    showList("mappings", used, " path mapping", " path mappings");
+    showList("missing", data.missing_directories, " given directory does not exist", " given directories do not exist");
+    showList("unreadable", data.unreadable_directories, " given directory cannot be read", " given directories cannot be read");
   }
 
   // ---- the journal of one file ----

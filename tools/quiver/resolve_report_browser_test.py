@@ -193,6 +193,24 @@ class Report(unittest.TestCase):
         self.assertEqual(self.browser.run("document.getElementById('headline').textContent"),
                          "32 of 2,535 files found")
 
+    def test_names_directories_that_cannot_be_searched(self):
+        with open(self.page, encoding="utf-8") as file:
+            page = file.read()
+        texts = {"missing": "1 given directory does not exist/gone",
+                 "unreadable": "1 given directory cannot be read/closed"}
+        for kind, text in texts.items():
+            self.assertTrue(self.browser.run("document.getElementById('%s').hidden" % kind))
+            empty = '"%s_directories":[]' % kind
+            self.assertEqual(page.count(empty), 1)
+            page = page.replace(empty, empty.replace("[]", '["/%s"]' % text.split("/")[1]))
+        changed = self.folder.name + "/changed.html"
+        with open(changed, "w", encoding="utf-8") as file:
+            file.write(page)
+        self.browser.open(changed)
+        for kind, text in texts.items():
+            self.assertEqual(self.browser.run("document.getElementById('%s').textContent" % kind), text)
+            self.assertFalse(self.browser.run("document.getElementById('%s').hidden" % kind))
+
     def test_has_a_bar_for_each_kind(self):
         bars = self.browser.run("[...document.querySelectorAll('.bar')].map(bar => bar.ariaLabel)")
         self.assertEqual(bars, ["0 of 1 found", "32 of 2534 found"])
