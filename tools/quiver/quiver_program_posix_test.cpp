@@ -116,15 +116,15 @@ TEST_F(ProgramPosix, SaysThatAFileCannotBeReadWhichCanBeOpened) {
 }
 
 /// As an ordinary user in a tree that everybody may enter.
-class ClosedDirectories : public ProgramPosix {
+class ClosedDirectoriesPosix : public ProgramPosix {
  protected:
-  ClosedDirectories() {
+  ClosedDirectoriesPosix() {
     std::filesystem::permissions(path("."), std::filesystem::perms(0755));
     add("closed/a.c");
     add("m.json", R"({"modules": [{"path": "/ci/app"}]})");
     std::filesystem::permissions(path("closed"), std::filesystem::perms(0111));
   }
-  ~ClosedDirectories() override {
+  ~ClosedDirectoriesPosix() override {
     std::filesystem::permissions(path("closed"), std::filesystem::perms(0755));
   }
 
@@ -140,7 +140,7 @@ class ClosedDirectories : public ProgramPosix {
   }
 };
 
-TEST_F(ClosedDirectories, AreNamedWhenNothingWasFound) {
+TEST_F(ClosedDirectoriesPosix, AreNamedWhenNothingWasFound) {
   const std::vector<std::string> arguments = {"find", "src", "b.c", "-d", path("closed")};
   const std::string sentence =
       "quiver: no source file found for 'b.c': no candidate existed in any place searched; cannot "
@@ -157,12 +157,12 @@ TEST_F(ClosedDirectories, AreNamedWhenNothingWasFound) {
               HasSubstr("\"unreadable_directories\": [\n    \"" + path("closed") + "\"\n  ]"));
 }
 
-TEST_F(ClosedDirectories, AreNamedByResolve) {
+TEST_F(ClosedDirectoriesPosix, AreNamedByResolve) {
   EXPECT_EQ(runWithoutPrivileges({"resolve", path("m.json"), "-d", path("closed")}).err,
             "quiver: " + path("closed") + ": cannot be read\n");
 }
 
-TEST_F(ClosedDirectories, MakeWhatIsArchivedUnreadable) {
+TEST_F(ClosedDirectoriesPosix, MakeWhatIsArchivedUnreadable) {
   add("r/archive/sources/a.c/" + kMd5OfNew + "/a.c", "new");
   std::filesystem::permissions(path("r/archive/sources"), std::filesystem::perms(0444));
   const RunResult run = runWithoutPrivileges({"archive", "--verify", path("r")});
