@@ -27,8 +27,8 @@ std::optional<TreeRegistry::Matches> TreeRegistry::matches(const SearchedDirecto
   if (indexSettings().use == IndexUse::kNever)
     return std::nullopt;
   const bool isWhole = depth == kWholeTree;
-  std::shared_ptr<Tree> tree = treeOf(directory.identity());
-  if (!tree && isWhole && !(tree = treeToBuild(directory)))
+  const std::shared_ptr<Tree> tree = treeOf(directory, isWhole);
+  if (!tree && isWhole)
     return std::nullopt;
   if (tree && (isWhole || tree->bytes != 0))
     return inTree(*tree, true, directory, depth, tails);
@@ -42,20 +42,23 @@ void TreeRegistry::walked(const FileIdentity& tree, std::uint64_t entries) {
   m_walked.walked(tree, entries);
 }
 
-std::shared_ptr<TreeRegistry::Tree> TreeRegistry::treeOf(const FileIdentity& identity) {
-  const std::lock_guard guard(m_lock);
-  return listed(identity);
-}
-
-/// Lists the tree of a directory when it is worth an index and there is a place for it.
-std::shared_ptr<TreeRegistry::Tree> TreeRegistry::treeToBuild(const SearchedDirectory& directory) {
+/// Returns null for a tree that is to be walked, and for a directory that is in no list.
+std::shared_ptr<TreeRegistry::Tree> TreeRegistry::treeOf(const SearchedDirectory& directory,
+                                                         bool isWhole) {
   std::optional<std::uint64_t> ago;
   {
     const std::lock_guard guard(m_lock);
+    std::shared_ptr<Tree> tree = listed(directory.identity());
+    if (tree || !isWhole)
+      return tree;
     ago = m_walked.search(directory.identity(), ++m_now, indexSettings());
   }
-  if (!ago)
-    return nullptr;
+  return ago ? treeToBuild(directory, *ago) : nullptr;
+}
+
+/// Lists the tree of a directory, which was searched so long ago, if there is a place for it.
+std::shared_ptr<TreeRegistry::Tree> TreeRegistry::treeToBuild(const SearchedDirectory& directory,
+                                                              std::uint64_t ago) {
   const bool canBeListed = canBeKnown(directory, true);
   std::shared_ptr<Tree> last;  // goes after the lock
   const std::lock_guard guard(m_lock);
@@ -65,7 +68,7 @@ std::shared_ptr<TreeRegistry::Tree> TreeRegistry::treeToBuild(const SearchedDire
   }
   if (std::shared_ptr<Tree> tree = listed(directory.identity()))
     return tree;
-  if (m_trees.size() >= kMostTrees && !(last = takeFromPlace(*ago)))
+  if (m_trees.size() >= kMostTrees && !(last = takeFromPlace(ago)))
     return nullptr;
   m_trees.push_front({directory.identity(), std::make_shared<Tree>(m_bytes), m_now});
   return m_trees.front().tree;

@@ -79,8 +79,8 @@ class TreeRegistry final {
     std::uint64_t used;  // when last
   };
 
-  std::shared_ptr<Tree> treeOf(const FileIdentity& identity);
-  std::shared_ptr<Tree> treeToBuild(const SearchedDirectory& directory);
+  std::shared_ptr<Tree> treeOf(const SearchedDirectory& directory, bool isWhole);
+  std::shared_ptr<Tree> treeToBuild(const SearchedDirectory& directory, std::uint64_t ago);
   std::shared_ptr<Tree> listed(const FileIdentity& identity);
   std::shared_ptr<Tree> takeFromPlace(std::uint64_t ago);
   std::optional<Matches> inTree(Tree& tree,
