@@ -21,45 +21,37 @@ constexpr Reason kReasons[] = {
     {L"%SourceFileUpToDate", "is newer than the reference file"},
 };
 
+struct Kind {
+  const char* one;
+  const char* many;
+  const char* word;
+};
+
+constexpr Kind kindOf(QV_2_9::search_category_t category) {
+  switch (category) {
+    case QV_2_9::scBinaryFiles:
+      return {"binary", "binaries", "bin"};
+    case QV_2_9::scSymbolFiles:
+      return {"symbol file", "symbol files", "sym"};
+    case QV_2_9::scSourceFiles:
+      return {"source file", "sources", "src"};
+    default:
+      return {"file", "files", "all"};
+  }
+}
+
 }  // namespace
 
 const char* categoryWords(QV_2_9::search_category_t category) {
-  switch (category) {
-    case QV_2_9::scBinaryFiles:
-      return "binary";
-    case QV_2_9::scSymbolFiles:
-      return "symbol file";
-    case QV_2_9::scSourceFiles:
-      return "source file";
-    default:
-      return "file";
-  }
+  return kindOf(category).one;
 }
 
 const char* categoryTitle(QV_2_9::search_category_t category) {
-  switch (category) {
-    case QV_2_9::scBinaryFiles:
-      return "binaries";
-    case QV_2_9::scSymbolFiles:
-      return "symbol files";
-    case QV_2_9::scSourceFiles:
-      return "sources";
-    default:
-      return "files";
-  }
+  return kindOf(category).many;
 }
 
 const char* categoryWord(QV_2_9::search_category_t category) {
-  switch (category) {
-    case QV_2_9::scBinaryFiles:
-      return "bin";
-    case QV_2_9::scSymbolFiles:
-      return "sym";
-    case QV_2_9::scSourceFiles:
-      return "src";
-    default:
-      return "all";
-  }
+  return kindOf(category).word;
 }
 
 const char* stepWords(std::int32_t step) {
